@@ -1,0 +1,48 @@
+#include "foundation/angle.h"
+
+#include <cmath>
+
+namespace
+{
+
+double normWithin(double v, double turn)
+{
+  double r = std::fmod(v, turn);  // exact, and of the sign of v
+  if (r < 0.0)
+    r += turn;
+  return r < turn || r != r ? r + 0.0 : 0.0;  // + 0.0 turns a negative zero into 0
+}
+
+double signedNormWithin(double v, double turn)
+{
+  double const r = std::remainder(v, turn);  // exact, in [-turn / 2, turn / 2]
+  return r <= -turn / 2.0 ? -r : r + 0.0;
+}
+
+}  // namespace
+
+gxRadian gxRadian::norm() const
+{
+  return gxRadian(normWithin(value_, gf_turnRadians));
+}
+gxRadian gxRadian::signedNorm() const
+{
+  return gxRadian(signedNormWithin(value_, gf_turnRadians));
+}
+gxDegree gxDegree::norm() const
+{
+  return gxDegree(normWithin(value_, gf_turnDegrees));
+}
+gxDegree gxDegree::signedNorm() const
+{
+  return gxDegree(signedNormWithin(value_, gf_turnDegrees));
+}
+
+bool gxAngleRange::isWithin(gxRadian const &a) const
+{
+  double const span = std::abs(span_.value());
+  if (span >= gf_turnRadians)
+    return a.value() == a.value();
+  double const along = span_.value() < 0.0 ? (start_ - a).norm().value() : (a - start_).norm().value();
+  return along <= span;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// The mark of an exported name. The library is built with hidden visibility: what carries no mark stays inside.
+
+#if defined(_WIN32) && !defined(GXDISPLAY_STATIC)
+#if defined(GXDISPLAY_BUILDING)
+#define GX_API __declspec(dllexport)
+#else
+#define GX_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define GX_API __attribute__((visibility("default")))
+#else
+#define GX_API
+#endif

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "foundation/export.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+/// Atomic change of a reference count; both return the new count.
+inline std::int32_t gfInterlockedIncrement(std::int32_t *count)
+{
+  return std::atomic_ref(*count).fetch_add(1, std::memory_order_relaxed) + 1;
+}
+inline std::int32_t gfInterlockedDecrement(std::int32_t *count)
+{
+  return std::atomic_ref(*count).fetch_sub(1, std::memory_order_acq_rel) - 1;
+}
+
+/// Base of the objects that handles hold: a count of the handles, and a virtual destructor. Derive virtually.
+/// The count belongs to the object and is never copied. It is the one thing in the library that threads may share.
+class GX_API gxRepBase
+{
+ public:
+  gxRepBase() = default;
+  gxRepBase(gxRepBase const &) {}
+  gxRepBase &operator=(gxRepBase const &) { return *this; }
+  virtual ~gxRepBase();
+
+  /// Number of handles that hold the object now.
+  long refCount() const { return std::atomic_ref(count_).load(std::memory_order_relaxed); }
+
+ private:
+  friend class gx_PtrHandleBase_RepAccessor;
+  mutable std::int32_t count_ = 0;
+};
+
+/// The one door of handles to the count inside a gxRepBase.
+class gx_PtrHandleBase_RepAccessor
+{
+ public:
+  static void hold(gxRepBase const *rep)
+  {
+    if (rep)
+      gfInterlockedIncrement(&rep->count_);
+  }
+  /// Deletes the object with its last handle.
+  static void release(gxRepBase const *rep)
+  {
+    if (rep && gfInterlockedDecrement(&rep->count_) == 0)
+      delete rep;
+  }
+};
+
+/// Throws gxBadPointer.
+[[noreturn]] GX_API void gf_throwBadPointer();
+
+/// A counted pointer to a constant T, which may be null. T derives from gxRepBase; the last handle deletes the object.
+/// A handle takes hold of the new object before it lets go of the old one.
+///
+/// @code
+/// gxPtrHandle_const<gxShape> shape = circle.clone();
+/// shape->boundingBox();   // gxBadPointer if the handle were null
+/// @endcode
+template <class T>
+class gxPtrHandle_const
+{
+ public:
+  gxPtrHandle_const() = default;
+  gxPtrHandle_const(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): null is a handle
+  gxPtrHandle_const(T const *p) : p_(const_cast<T *>(p)) { hold(p_); }  // NOLINT(google-explicit-constructor)
+  gxPtrHandle_const(gxPtrHandle_const const &h) : p_(h.p_) { hold(p_); }
+  gxPtrHandle_const(gxPtrHandle_const &&h) noexcept : p_(std::exchange(h.p_, nullptr)) {}
+  template <class U>
+  requires std::is_convertible_v<U const *, T const *> gxPtrHandle_const(
+      gxPtrHandle_const<U> const &h)  // NOLINT(google-explicit-constructor): as for plain pointers
+      : gxPtrHandle_const(h.rep())
+  {
+  }
+  ~gxPtrHandle_const() { release(p_); }
+
+  gxPtrHandle_const &operator=(gxPtrHandle_const const &h)
+  {
+    set(h.p_);
+    return *this;
+  }
+  gxPtrHandle_const &operator=(gxPtrHandle_const &&h) noexcept
+  {
+    if (this != &h)
+      release(std::exchange(p_, std::exchange(h.p_, nullptr)));
+    return *this;
+  }
+
+  /// The object or null; the handle keeps its hold.
+  T const *rep() const { return p_; }
+  bool isNull() const { return !p_; }
+  explicit operator bool() const { return p_ != nullptr; }
+
+  /// Throw gxBadPointer for a null handle.
+  T const &operator*() const { return *checked(); }
+  T const *operator->() const { return checked(); }
+
+  /// Identity of the objects, not their value.
+  friend bool operator==(gxPtrHandle_const const &a, gxPtrHandle_const const &b) { return a.p_ == b.p_; }
+  friend bool operator==(gxPtrHandle_const const &a, std::nullptr_t) { return !a.p_; }
+
+ protected:
+  T *checked() const
+  {
+    if (!p_)
+      gf_throwBadPointer();
+    return p_;
+  }
+  T *mutableRep() const { return p_; }
+
+ private:
+  static void hold(T const *p) { gx_PtrHandleBase_RepAccessor::hold(p); }
+  static void release(T const *p) { gx_PtrHandleBase_RepAccessor::release(p); }
+  void set(T *p)
+  {
+    hold(p);
+    release(std::exchange(p_, p));
+  }
+
+  T *p_ = nullptr;
+};
+
+/// A counted pointer to a T that may be changed through it. Passes as a gxPtrHandle_const<T>.
+template <class T>
+class gxPtrHandle : public gxPtrHandle_const<T>
+{
+ public:
+  gxPtrHandle() = default;
+  gxPtrHandle(std::nullptr_t) {}                  // NOLINT(google-explicit-constructor)
+  gxPtrHandle(T *p) : gxPtrHandle_const<T>(p) {}  // NOLINT(google-explicit-constructor)
+  template <class U>
+  requires std::is_convertible_v<U *, T *> gxPtrHandle(gxPtrHandle<U> const &h)
+      : gxPtrHandle(h.rep())  // NOLINT(google-explicit-constructor)
+  {
+  }
+
+  T *rep() const { return this->mutableRep(); }
+  T &operator*() const { return *this->checked(); }
+  T *operator->() const { return this->checked(); }
+};

@@ -1,0 +1,135 @@
+#include "dispc/color.h"
+
+#include "dispc/uierror.h"
+#include "foundation/archive.h"
+
+#include <array>
+#include <cstddef>
+#include <iomanip>
+#include <sstream>
+
+namespace
+{
+constexpr char const *module = "dispc/color";
+
+/// In the order of the codes.
+constexpr std::array<gxColor, 16> stockColors = {gxColor::black,  gxColor::dkGrey, gxColor::grey,    gxColor::ltGrey,
+                                                 gxColor::white,  gxColor::red,    gxColor::dkRed,   gxColor::orange,
+                                                 gxColor::yellow, gxColor::green,  gxColor::dkGreen, gxColor::cyan,
+                                                 gxColor::blue,   gxColor::purple, gxColor::magenta, gxColor::pass};
+
+constexpr std::uint32_t rgbForm = 0x80;
+
+void passVersion(gxArchive &archive)
+{
+  signed char version = 0;
+  archive || version;
+  if (version != 0)
+    throw gxArchive::UnknownVersion(module, __LINE__);
+}
+
+template <class T>
+gxArchive &store(gxArchive &archive, T const &value)
+{
+  if (archive.isLoading())
+    archive.fail("operator<< on an archive that loads");
+  T copy = value;
+  return archive || copy;
+}
+
+template <class T>
+gxArchive &load(gxArchive &archive, T &value)
+{
+  if (archive.isStoring())
+    archive.fail("operator>> on an archive that stores");
+  return archive || value;
+}
+}  // namespace
+
+void gxColor::throwNotIndex()
+{
+  throw gxUIError::NotIndexColor();
+}
+
+void gxColor::throwNotRGB()
+{
+  throw gxUIError::NotRGBColor();
+}
+
+gxColor gfColor(gxr_color word)
+{
+  auto const bits = static_cast<std::uint32_t>(word);
+  auto const byte = [bits](int shift) { return static_cast<unsigned char>(bits >> shift); };
+  if (bits & rgbForm)
+    return {byte(24), byte(16), byte(8)};
+  return bits < stockColors.size() ? stockColors[bits] : gxColor::black;
+}
+
+gxr_color gfColor(gxColor const &color)
+{
+  if (!color.isStockColor())
+    return static_cast<gxr_color>(static_cast<std::uint32_t>(color.rgbStruct().rgb()) << 8 | rgbForm);
+  for (std::size_t code = 0; code < stockColors.size(); ++code)
+    if (color == stockColors[code])
+      return static_cast<gxr_color>(code);
+  return gxr_black;
+}
+
+gxArchive &operator||(gxArchive &archive, gxRGB &rgb)
+{
+  passVersion(archive);
+  unsigned char r = rgb.r();
+  unsigned char g = rgb.g();
+  unsigned char b = rgb.b();
+  archive || r || g || b;
+  rgb.rgb(r, g, b);
+  return archive;
+}
+
+gxArchive &operator||(gxArchive &archive, gxColor &color)
+{
+  passVersion(archive);
+  gxColor passed = color;
+  archive || passed.flags_ || passed.index_ || passed.rgb_;
+  passed.flags_ &= gxColor::stockFlag | gxColor::rgbFlag | gxColor::indexFlag;
+  color = passed;
+  return archive;
+}
+
+gxArchive &operator<<(gxArchive &archive, gxRGB const &rgb)
+{
+  return store(archive, rgb);
+}
+
+gxArchive &operator>>(gxArchive &archive, gxRGB &rgb)
+{
+  return load(archive, rgb);
+}
+
+gxArchive &operator<<(gxArchive &archive, gxColor const &color)
+{
+  return store(archive, color);
+}
+
+gxArchive &operator>>(gxArchive &archive, gxColor &color)
+{
+  return load(archive, color);
+}
+
+std::ostream &operator<<(std::ostream &os, gxRGB const &rgb)
+{
+  std::ostringstream text;
+  text << '#' << std::hex << std::setfill('0') << std::setw(6) << rgb.rgb();
+  return os << text.str();
+}
+
+std::ostream &operator<<(std::ostream &os, gxColor const &color)
+{
+  if (color.isStockColor())
+    os << "stock ";
+  if (color.isIndexColor())
+    os << static_cast<int>(color.index()) << (color.isRGBColor() ? " " : "");
+  if (color.isRGBColor())
+    os << color.rgbStruct();
+  return os;
+}

@@ -1,0 +1,7 @@
+#include "foundation/mutex.h"
+
+gxMutex &gxMutex::global()
+{
+  static gxMutex mutex;
+  return mutex;
+}

@@ -12,7 +12,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size);
 
-namespace {
+namespace
+{
 
 namespace fs = std::filesystem;
 

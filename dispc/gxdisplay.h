@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file
+/// The whole public interface of the library; back ends have headers of their own. A test keeps the list complete.
+
+#include "dispc/color.h"
+#include "dispc/dispprop.h"
+#include "dispc/flagstack.h"
+#include "dispc/tabletbase.h"
+#include "dispc/uierror.h"
+#include "dispc/uirect.h"
+#include "dispc/uiscope.h"
+#include "dispc/uistring.h"
+#include "foundation/angle.h"
+#include "foundation/archive.h"
+#include "foundation/bytes.h"
+#include "foundation/exception.h"
+#include "foundation/export.h"
+#include "foundation/handle.h"
+#include "foundation/listcolor.h"
+#include "foundation/lists.h"
+#include "foundation/matherror.h"
+#include "foundation/matrix.h"
+#include "foundation/mutex.h"
+#include "foundation/numbers.h"
+#include "foundation/pair.h"
+#include "foundation/persistent.h"
+#include "foundation/rectangle.h"
+#include "foundation/rigid.h"
+#include "foundation/vector.h"
+#include "foundation/xform.h"

@@ -41,7 +41,8 @@ function(gx_library target exported)
     EXPORT_NAME ${exported}
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
-    DEFINE_SYMBOL "")
+    DEFINE_SYMBOL ""
+    INSTALL_RPATH "$ORIGIN")
   set_property(GLOBAL APPEND PROPERTY GXDISPLAY_LIBRARIES ${target})
 endfunction()
 

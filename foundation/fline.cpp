@@ -1,0 +1,73 @@
+#include "foundation/fline.h"
+
+#include "foundation/geomarchive.h"
+#include "foundation/rect.h"
+#include "foundation/rigid.h"
+#include "foundation/shapeserror.h"
+
+GX_SHAPE_IMPL(gxFLine, gxShape)
+
+void gxFLine::passFields_(gxArchive &archive)
+{
+  gxVector<2> dir = dir_;
+  archive || dir || pos_;
+  if (archive.isLoading() && dir == gxVector<2>())
+    archive.fail("a line without direction");
+  dir_ = archive.isLoading() ? dir.unit() : dir_;
+}
+
+gxFLine::gxFLine(gxDegree angle, gxVector<2> const &pos)
+    : dir_(gx2Rigid(angle, {}).mapVector({1.0, 0.0})), pos_(pos)  // right angles give exact directions
+{
+}
+
+gxFLine::gxFLine(gxVector<2> const &from, gxVector<2> const &to) : dir_((to - from).unit()), pos_(from)
+{
+  if (dir_ == gxVector<2>())
+    throw gxShapesError::DegenerateShape();
+}
+
+std::vector<gxVector<2>> gxFLine::intersection(gxFLine const &other) const
+{
+  double const sine = dir_.cross(other.dir_);
+  if (sine == 0.0)
+    return {};
+  return {pos_ + dir_ * ((other.pos_ - pos_).cross(other.dir_) / sine)};
+}
+
+gxFLine gxFLine::map(gxXform<2> const &xform) const
+{
+  gxFLine image;
+  image.dir_ = xform.mapVector(dir_).unit();
+  image.pos_ = xform.mapPoint(pos_);
+  if (image.dir_ == gxVector<2>())
+    throw gxShapesError::DegenerateShape();
+  return image;
+}
+
+gxRect gxFLine::boundingBox() const
+{
+  throw gxShapesError::InfiniteShape();
+}
+
+double gxFLine::perimeter() const
+{
+  throw gxShapesError::InfiniteShape();
+}
+
+gxPtrHandle<gxShape> gxFLine::mapShape(gxXform<2> const &xform) const
+{
+  return new gxFLine(map(xform));
+}
+
+gxPtrHandle<gxShape> gxFLine::reverse_() const
+{
+  gxFLine *const turned = new gxFLine(*this);
+  turned->dir_ = -dir_;
+  return turned;
+}
+
+void gxFLine::appendOutline(gx_Outline &) const
+{
+  throw gxShapesError::InfiniteShape();
+}

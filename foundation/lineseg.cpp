@@ -1,0 +1,37 @@
+#include "foundation/lineseg.h"
+
+#include "foundation/geomarchive.h"
+#include "foundation/outline.h"
+#include "foundation/rect.h"
+
+GX_SHAPE_IMPL(gxLineSeg, gxShape)
+
+void gxLineSeg::passFields_(gxArchive &archive)
+{
+  archive || start_ || end_;
+}
+
+gxRect gxLineSeg::boundingBox() const
+{
+  return gxRect::around(start_, end_);
+}
+
+gxVector<2> gxLineSeg::nearestPoint(gxVector<2> const &p) const
+{
+  return gf_nearest(gx_LinePiece{start_, end_}, p).point;
+}
+
+gxPtrHandle<gxShape> gxLineSeg::mapShape(gxXform<2> const &xform) const
+{
+  return new gxLineSeg(map(xform));
+}
+
+gxPtrHandle<gxShape> gxLineSeg::reverse_() const
+{
+  return new gxLineSeg(end_, start_);
+}
+
+void gxLineSeg::appendOutline(gx_Outline &outline) const
+{
+  outline.addContour(false).pieces.push_back(gx_LinePiece{start_, end_});
+}

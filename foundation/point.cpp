@@ -1,0 +1,50 @@
+#include "foundation/point.h"
+
+#include "foundation/geomarchive.h"
+#include "foundation/line.h"
+#include "foundation/rect.h"
+#include "foundation/shapeserror.h"
+
+gxLine gxPoint::connect(gxVector<2> const &to) const
+{
+  if (to == *this)
+    throw gxShapesError::DegenerateShape();
+  return {to - *this, *this};
+}
+
+gxRect gxPoint::boundingBox() const
+{
+  return {*this, {0.0, 0.0}};
+}
+
+gxArchive &operator||(gxArchive &archive, gxPoint &point)
+{
+  return archive || static_cast<gxVector<2> &>(point);
+}
+
+GX_SHAPE_IMPL(gx2Point, gxShape)
+
+void gx2Point::passFields_(gxArchive &archive)
+{
+  archive || point_;
+}
+
+gxRect gx2Point::boundingBox() const
+{
+  return {point_, {0.0, 0.0}};
+}
+
+gxPtrHandle<gxShape> gx2Point::mapShape(gxXform<2> const &xform) const
+{
+  return new gx2Point(map(xform));
+}
+
+void gx2Point::sample(gxSampleParams const &params, gxSampleResult &result) const
+{
+  if (static_cast<long>(result.positions().size()) + 1 > params.maxPoints())
+    throw gxShapesError::SampleOverflow();
+  result.beginContour();
+  result.append(point_);
+}
+
+void gx2Point::appendOutline(gx_Outline &) const {}

@@ -1,0 +1,149 @@
+#include "foundation/outline.h"
+#include "foundation/shapeserror.h"
+
+#include <algorithm>
+#include <cmath>
+
+// The one sampling of all shapes.
+
+namespace
+{
+
+/// Collects points and keeps to the greatest number allowed. Until it is told to keep them, its end takes them back.
+class Collector
+{
+ public:
+  Collector(gxShape::gxSampleParams const &params, gxShape::gxSampleResult &result)
+      : maxPoints_(params.maxPoints() > 0 ? static_cast<std::size_t>(params.maxPoints()) : 0),
+        result_(result),
+        points_(result.positions().size()),
+        contours_(result.contourStarts().size())
+  {
+  }
+  Collector(Collector const &) = delete;
+  Collector &operator=(Collector const &) = delete;
+  ~Collector()
+  {
+    if (!isKept_)
+      result_.truncate(points_, contours_);
+  }
+
+  void beginContour() { result_.beginContour(); }
+  void append(gxVector<2> const &p)
+  {
+    if (result_.positions().size() >= maxPoints_)
+      throw gxShapesError::SampleOverflow();
+    result_.append(p);
+  }
+  /// Throws at once if @p n more points are too many.
+  void expect(double n) const
+  {
+    if (!(static_cast<double>(result_.positions().size()) + n <= static_cast<double>(maxPoints_)))
+      throw gxShapesError::SampleOverflow();
+  }
+  void keep() { isKept_ = true; }
+
+ private:
+  std::size_t const maxPoints_;
+  gxShape::gxSampleResult &result_;
+  std::size_t const points_;
+  std::size_t const contours_;
+  bool isKept_ = false;
+};
+
+/// A whole number of steps no longer than @p spacing; a hair over a whole number is no step of its own.
+double stepsOf(double length, double spacing)
+{
+  constexpr double whole = 1e-9;
+  return spacing > 0.0 ? std::max(1.0, std::ceil(length / spacing - whole)) : 1.0;
+}
+
+bool isCorner(gx_Piece const &before, gx_Piece const &after)
+{
+  gxVector<2> const in = gf_tangent(before, 1.0).unit(), out = gf_tangent(after, 0.0).unit();
+  constexpr double smooth = 1e-9;  // radians: pieces that were made to be tangent meet at less
+  return std::abs(in.cross(out)) > smooth || in * out < 0.0;
+}
+
+/// Appends points at equal lengths behind the place @p from of a piece, up to and with the place @p to.
+void sampleByLength(gx_Piece const &piece, double from, double to, double spacing, Collector &collector)
+{
+  double const before = gf_lengthTo(piece, from), length = gf_lengthTo(piece, to) - before;
+  double const n = stepsOf(length, spacing);
+  collector.expect(n);
+  for (double i = 1.0; i < n; ++i)
+    collector.append(gf_point(piece, gf_paramAtLength(piece, before + length * i / n)));
+  collector.append(gf_point(piece, to));
+}
+
+/// The points behind the start of a piece, its end included: equal steps of the parameter that keep to the tolerance,
+/// and between them equal lengths that keep to the spacing.
+void samplePiece(gx_Piece const &piece, gxShape::gxSampleParams const &params, Collector &collector)
+{
+  double const chords = gf_chords(piece, params.tolerance());
+  collector.expect(chords);
+  for (double i = 1.0; i <= chords; ++i) {
+    if (params.spacing() > 0.0)
+      sampleByLength(piece, (i - 1.0) / chords, i / chords, params.spacing(), collector);
+    else
+      collector.append(gf_point(piece, i / chords));
+  }
+}
+
+void samplePieces(gx_Contour const &contour, gxShape::gxSampleParams const &params, Collector &collector)
+{
+  collector.append(gf_point(contour.pieces.front(), 0.0));
+  for (std::size_t i = 0; i < contour.pieces.size(); ++i) {
+    if (i > 0 && params.duplicateCorners() && isCorner(contour.pieces[i - 1], contour.pieces[i]))
+      collector.append(gf_point(contour.pieces[i], 0.0));
+    samplePiece(contour.pieces[i], params, collector);
+  }
+}
+
+void sampleUniformly(gx_Contour const &contour, gxShape::gxSampleParams const &params, Collector &collector)
+{
+  double length = 0.0;
+  for (gx_Piece const &piece : contour.pieces)
+    length += gf_length(piece);
+  double const steps = stepsOf(length, params.spacing());
+  collector.expect(steps + 1.0);
+  collector.append(gf_point(contour.pieces.front(), 0.0));
+  double before = 0.0;  // length of the pieces passed
+  auto piece = contour.pieces.begin();
+  double pieceLength = gf_length(*piece);
+  for (double i = 1.0; i < steps; ++i) {
+    double const pos = length * i / steps;
+    while (pos > before + pieceLength && piece + 1 != contour.pieces.end()) {
+      before += pieceLength;
+      pieceLength = gf_length(*++piece);
+    }
+    collector.append(gf_point(*piece, gf_paramAtLength(*piece, pos - before)));
+  }
+  collector.append(gf_point(contour.pieces.back(), 1.0));
+}
+
+bool isUsable(double limit)
+{
+  return limit >= 0.0;  // not NaN
+}
+
+}  // namespace
+
+void gxShape::sample(gxSampleParams const &params, gxSampleResult &result) const
+{
+  if (!isUsable(params.spacing()) || !isUsable(params.tolerance()) || (params.uniformMode() && params.spacing() == 0.0))
+    throw gxShapesError::BadParams();
+  gx_Outline outline;
+  appendOutline(outline);
+  Collector collector(params, result);
+  for (gx_Contour const &contour : outline.contours) {
+    if (contour.pieces.empty())
+      continue;
+    collector.beginContour();
+    if (params.uniformMode())
+      sampleUniformly(contour, params, collector);
+    else
+      samplePieces(contour, params, collector);
+  }
+  collector.keep();
+}

@@ -1,0 +1,277 @@
+#include "foundation/shape.h"
+
+#include "foundation/archive.h"
+#include "foundation/outline.h"
+#include "foundation/rect.h"
+#include "foundation/shapeinfo.h"
+#include "foundation/shapeserror.h"
+
+GX_PERSISTENT_ABSTRACT_IMPL(gxShape, 0)
+void gxShape::serialize_(gxArchive &archive, unsigned char version)
+{
+  gf_refuseVersion(version, "gxShape");
+  gxPersistent::dispatchSerialize(archive);
+}
+
+bool gxShape::loadSimple(gxArchive &archive)
+{
+  return archive.isLoading();
+}
+
+namespace
+{
+
+gx_Outline outlineOf(gxShape const &shape)
+{
+  gx_Outline outline;
+  shape.appendOutline(outline);
+  return outline;
+}
+
+gx_Outline openContourOf(gxShape const &shape)
+{
+  if (!shape.isOpenContour())
+    throw gxShapesError::NotOpenContour();
+  return outlineOf(shape);
+}
+
+gx_Outline regionOf(gxShape const &shape)
+{
+  if (!shape.isRegion())
+    throw gxShapesError::NotRegion();
+  return outlineOf(shape);
+}
+
+gxVector<2> firstPoint(gx_Outline const &outline)
+{
+  for (gx_Contour const &contour : outline.contours)
+    if (!contour.pieces.empty())
+      return gf_point(contour.pieces.front(), 0.0);
+  throw gxShapesError::EmptyShape();
+}
+
+gxVector<2> lastPoint(gx_Outline const &outline)
+{
+  for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
+    if (!contour->pieces.empty())
+      return gf_point(contour->pieces.back(), 1.0);
+  throw gxShapesError::EmptyShape();
+}
+
+/// Calls @p visit for every piece in turn.
+template <class Visit>
+void forPieces(gx_Outline const &outline, Visit visit)
+{
+  for (gx_Contour const &contour : outline.contours)
+    for (gx_Piece const &piece : contour.pieces)
+      visit(piece);
+}
+
+bool hasDirection(gx_Piece const &piece)
+{
+  return !(gf_tangent(piece, 0.0) == gxVector<2>());
+}
+
+}  // namespace
+
+bool gxShape::isOpenContour() const
+{
+  return false;
+}
+
+bool gxShape::isRegion() const
+{
+  return false;
+}
+
+bool gxShape::isFinite() const
+{
+  return true;
+}
+
+bool gxShape::isEmpty() const
+{
+  return false;
+}
+
+bool gxShape::hasTangent() const
+{
+  bool has = false;
+  forPieces(outlineOf(*this), [&](gx_Piece const &piece) { has = has || hasDirection(piece); });
+  return has;
+}
+
+bool gxShape::isDecomposed() const
+{
+  return false;
+}
+
+bool gxShape::isReversible() const
+{
+  return isOpenContour() || isRegion();
+}
+
+gxRect gxShape::boundingBox() const
+{
+  gxRect const box = gf_bounds(outlineOf(*this));
+  if (box.isEmpty())
+    throw gxShapesError::EmptyShape();
+  return box;
+}
+
+gxVector<2> gxShape::nearestPoint(gxVector<2> const &p) const
+{
+  gx_Outline const outline = outlineOf(*this);
+  gx_Nearest best{firstPoint(outline), 0.0, p.distance(firstPoint(outline))};
+  forPieces(outline, [&](gx_Piece const &piece) {
+    gx_Nearest const found = gf_nearest(piece, p);
+    if (found.distance < best.distance)
+      best = found;
+  });
+  return best.point;
+}
+
+double gxShape::perimeter() const
+{
+  return gf_length(outlineOf(*this));
+}
+
+double gxShape::nearestPerimPos(gxShapeInfo const &info, gxVector<2> const &p) const
+{
+  if (info.numPieces() == 0)
+    throw gxShapesError::NotContour();
+  gx_Nearest best = gf_nearest(info.piece(0), p);
+  std::size_t bestPiece = 0;
+  for (std::size_t i = 1; i < info.numPieces(); ++i) {
+    gx_Nearest const found = gf_nearest(info.piece(i), p);
+    if (found.distance < best.distance) {
+      best = found;
+      bestPiece = i;
+    }
+  }
+  return info.lengthBefore(bestPiece) + gf_lengthTo(info.piece(bestPiece), best.param);
+}
+
+gxVector<2> gxShape::startPoint() const
+{
+  return firstPoint(openContourOf(*this));
+}
+
+gxVector<2> gxShape::endPoint() const
+{
+  return lastPoint(openContourOf(*this));
+}
+
+gxRadian gxShape::startAngle() const
+{
+  gx_Outline const outline = openContourOf(*this);
+  for (gx_Contour const &contour : outline.contours)
+    for (gx_Piece const &piece : contour.pieces)
+      if (hasDirection(piece))
+        return gf_tangent(piece, 0.0).angle();
+  throw gxShapesError::NoTangent();
+}
+
+gxRadian gxShape::endAngle() const
+{
+  gx_Outline const outline = openContourOf(*this);
+  for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
+    for (auto piece = contour->pieces.rbegin(); piece != contour->pieces.rend(); ++piece)
+      if (hasDirection(*piece))
+        return gf_tangent(*piece, 1.0).angle();
+  throw gxShapesError::NoTangent();
+}
+
+gxRadian gxShape::tangentRotation() const
+{
+  double rotation = 0.0;
+  bool isFirst = true;
+  gxRadian before;
+  forPieces(openContourOf(*this), [&](gx_Piece const &piece) {
+    if (!hasDirection(piece))
+      return;
+    if (!isFirst)
+      rotation += (gf_tangent(piece, 0.0).angle() - before).signedNorm().value();
+    rotation += gf_rotation(piece);
+    before = gf_tangent(piece, 1.0).angle();
+    isFirst = false;
+  });
+  if (isFirst)
+    throw gxShapesError::NoTangent();
+  return gxRadian(rotation);
+}
+
+gxRadian gxShape::windingAngle(gxVector<2> const &p) const
+{
+  double angle = 0.0;
+  forPieces(openContourOf(*this), [&](gx_Piece const &piece) { angle += gf_winding(piece, p); });
+  return gxRadian(angle);
+}
+
+bool gxShape::isRightHanded() const
+{
+  gx_Outline const outline = regionOf(*this);
+  gxXform<2> const toStart(gxMatrix<2>(), -firstPoint(outline));  // so that the products do not cancel
+  double doubleArea = 0.0;
+  forPieces(outline, [&](gx_Piece const &piece) { doubleArea += gf_doubleArea(gf_mapped(piece, toStart)); });
+  return doubleArea >= 0.0;
+}
+
+bool gxShape::within(gxVector<2> const &p) const
+{
+  gx_Outline const outline = regionOf(*this);
+  double angle = 0.0;
+  bool isOnOutline = false;
+  forPieces(outline, [&](gx_Piece const &piece) {
+    isOnOutline = isOnOutline || gf_nearest(piece, p).point == p;
+    angle += gf_winding(piece, p);
+  });
+  return isOnOutline || std::abs(angle) > gf_turnRadians / 2.0;  // a whole number of turns, but for rounding
+}
+
+gxPtrHandle<gxShape> gxShape::reverse() const
+{
+  if (!isReversible())
+    throw gxShapesError::NotReversible();
+  return reverse_();
+}
+
+gxPtrHandle<gxShape> gxShape::reverse_() const
+{
+  return decompose()->reverse();
+}
+
+bool gxShape::isMultipleContours_() const
+{
+  return outlineOf(*this).contours.size() > 1;
+}
+
+gxPerimPoint gxShape::perimPointAndTangent(gxShapeInfo const &info, double pos) const
+{
+  return perimPointAndTangent_(info, pos);
+}
+
+gxPerimPoint gxShape::perimPointAndTangent_(gxShapeInfo const &info, double pos) const
+{
+  gxShapeInfo::Place const place = info.placeAt(pos);
+  gx_Piece const &piece = info.piece(place.piece);
+  gxVector<2> const tangent = gf_tangent(piece, place.param);
+  return {gf_point(piece, place.param), tangent.angle(), !(tangent == gxVector<2>())};
+}
+
+gxPtrHandle<gxShape> gxShape::cloneThat_(gxShape const &that) const
+{
+  return that.clone();
+}
+
+gxPtrHandle<gxShape> gxShape::clip(gxPolyline const &region, gxClipInfo &info) const
+{
+  return clip_(region, info);
+}
+
+void gxShape::appendOutline(gx_Outline &outline) const
+{
+  if (isDecomposed())
+    throw gxShapesError::NotContour();
+  decompose()->appendOutline(outline);
+}

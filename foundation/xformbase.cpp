@@ -1,0 +1,118 @@
+#include "foundation/xformbase.h"
+
+#include "foundation/archive.h"
+#include "foundation/geomarchive.h"
+
+#include <new>
+
+namespace
+{
+
+/// Throws gxBadPointer for a null handle.
+gxPtrHandle_const<gx2XformBase> const &checked(gxPtrHandle_const<gx2XformBase> const &xform)
+{
+  if (xform.isNull())
+    gf_throwBadPointer();
+  return xform;
+}
+
+void passXform(gxArchive &archive, gxPtrHandle_const<gx2XformBase> &xform)
+{
+  gxPersistent *loaded = nullptr;
+  gxPersistent::serializePointer(archive, const_cast<gx2XformBase *>(xform.rep()), loaded);
+  if (archive.isLoading())
+    xform = dynamic_cast<gx2XformBase *>(loaded);
+}
+
+}  // namespace
+
+gxPtrHandle_const<gx2XformBase> gx2XformBase::compose(gxPtrHandle_const<gx2XformBase> const &outer,
+                                                      gxPtrHandle_const<gx2XformBase> const &inner)
+{
+  if (outer.isNull() || inner.isNull())
+    return outer.isNull() ? inner : outer;
+  if (outer->isLinear() && inner->isLinear())
+    return new gx2XformLinear(outer->linearXform({}).xform() * inner->linearXform({}).xform());
+  return new gx2XformComposed(outer, inner);
+}
+
+GX_PERSISTENT_ABSTRACT_IMPL(gx2XformBase, 0)
+void gx2XformBase::serialize_(gxArchive &archive, unsigned char version)
+{
+  gf_refuseVersion(version, "gx2XformBase");
+  gxPersistent::dispatchSerialize(archive);
+}
+
+void gx2XformLinear::xform(gxXform<2> const &xform)
+{
+  mutating();
+  xform_ = xform;
+}
+
+gxPtrHandle<gx2XformBase> gx2XformLinear::clone() const
+{
+  return new gx2XformLinear(*this);
+}
+
+gx2XformLinear gx2XformLinear::linearXform(gxVector<2> const &) const
+{
+  return *this;
+}
+
+void *gx2XformLinear::operator new(std::size_t size)
+{
+  return ::operator new(size);
+}
+
+void gx2XformLinear::operator delete(void *block)
+{
+  ::operator delete(block);
+}
+
+GX_PERSISTENT_IMPL(gx2XformLinear, "gx2XformLinear", 0)
+void gx2XformLinear::serialize_(gxArchive &archive, unsigned char version)
+{
+  gf_refuseVersion(version, "gx2XformLinear");
+  gx2XformBase::dispatchSerialize(archive);
+  archive || xform_;
+}
+
+gx2XformComposed::gx2XformComposed(gxPtrHandle_const<gx2XformBase> const &outer,
+                                   gxPtrHandle_const<gx2XformBase> const &inner)
+    : outer_(checked(outer)), inner_(checked(inner))
+{
+}
+
+gxPtrHandle<gx2XformBase> gx2XformComposed::clone() const
+{
+  return new gx2XformComposed(*this);
+}
+
+bool gx2XformComposed::isLinear() const
+{
+  return outer_->isLinear() && inner_->isLinear();
+}
+
+gx2XformLinear gx2XformComposed::linearXform(gxVector<2> const &at) const
+{
+  return outer_->linearXform(inner_->mapPoint(at)).xform() * inner_->linearXform(at).xform();
+}
+
+gxVector<2> gx2XformComposed::mapPoint(gxVector<2> const &p) const
+{
+  return outer_->mapPoint(inner_->mapPoint(p));
+}
+
+gxVector<2> gx2XformComposed::invMapPoint(gxVector<2> const &p) const
+{
+  return inner_->invMapPoint(outer_->invMapPoint(p));
+}
+
+GX_PERSISTENT_IMPL(gx2XformComposed, "gx2XformComposed", 0)
+void gx2XformComposed::serialize_(gxArchive &archive, unsigned char version)
+{
+  gf_refuseVersion(version, "gx2XformComposed");
+  gx2XformBase::dispatchSerialize(archive);
+  passXform(archive, outer_);
+  passXform(archive, inner_);
+}

@@ -1,9 +1,6 @@
 // A program of a user: the umbrella header, an exception that crosses the border of the library, the back ends.
 
 #include "dispc/gxdisplay.h"
-#ifdef CONSUMER_PELS
-#include "backends/pels/pelscope.h"
-#endif
 
 #include <iostream>
 #include <string>
@@ -28,8 +25,5 @@ int main()
     std::cerr << "an exception of the library was not caught by its type\n";
     return 1;
   }
-#ifdef CONSUMER_PELS
-  gxPelScope const scope(gxPair<long>(8, 8));
-#endif
   std::cout << "ok\n";
 }

@@ -19,8 +19,8 @@ struct gx_BenchRatio {
   double aim;        ///< the rate of ours over that of the peer should be at least this
 };
 
-/// Runs the registered benchmarks and prints a line for each ratio: the rate of ours over that of the peer, and the aim.
-/// With repetitions, the medians are compared.
+/// Runs the registered benchmarks and prints a line for each ratio: the rate of ours over that of the peer, and the
+/// aim. With repetitions, the medians are compared.
 inline int gf_runBenchmarks(int argc, char **argv, std::vector<gx_BenchRatio> const &ratios)
 {
   class Reporter : public benchmark::ConsoleReporter

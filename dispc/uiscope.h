@@ -5,10 +5,10 @@
 #include "dispc/uirect.h"
 #include "dispc/uistring.h"
 #include "foundation/export.h"
+#include "foundation/lists.h"
 #include "foundation/pair.h"
 #include "foundation/point.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <string>
@@ -258,7 +258,7 @@ class GX_API gxUIScope
   long drawX() const { return drawX_; }
   long drawY() const { return drawY_; }
   gxUIScope *parent() const { return parent_; }
-  std::list<gxUIScope *> const &children() const { return children_; }
+  std::list<gxUIScope *> const &children() const { return children_.entries(); }
   /// Change rectangles are still of use: not all has changed yet, or a client collects them.
   bool trackChanges() const { return (flags_ & (allChangedBit | clientChangeBit)) != allChangedBit; }
   /// The pel of a device point in this scope: gf_nudgedFloor() of the coordinate, less the origin. For the object
@@ -274,7 +274,6 @@ class GX_API gxUIScope
   void leaveParent();
   void leaveTree();
   void takeRoot(gxUIScope *root);
-  void rootDeleted();
   void markRoot();
 
   gxPair<long> org_;
@@ -286,9 +285,8 @@ class GX_API gxUIScope
   std::int32_t drawY_ = 0;
   gxUIScope *root_;
   gxUIScope *parent_ = nullptr;
-  std::list<gxUIScope *> children_;
+  gx_LinkList<gxUIScope> children_;
   bool anyChanged_ = false;
   gxUIRect displayClipRect_;
-  bool linked_ = false;       ///< parent_ lists this scope; false in a copy
-  std::size_t borrowed_ = 0;  ///< leading entries of children_ that belong to the scope this one was copied from
+  bool linked_ = false;  ///< parent_ lists this scope; false in a copy
 };

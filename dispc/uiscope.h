@@ -26,8 +26,8 @@ class gxLineSeg;
 class gxPolygon;
 class gxPolyline;
 class gxRLEBuffer;
-struct gxPackedRGB16Pel;
-struct gxPackedRGB32Pel;
+class gxPackedRGB16Pel;
+class gxPackedRGB32Pel;
 template <class T>
 class gxPelBuffer_const;
 

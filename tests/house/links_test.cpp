@@ -1,0 +1,115 @@
+// Every link inside the documents of the repository leads somewhere.
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+/// The anchor that a heading gets where the documents are shown: small letters, blanks as hyphens, no punctuation.
+std::string slug(std::string const &heading)
+{
+  std::string anchor;
+  for (char const c : heading) {
+    auto const letter = static_cast<unsigned char>(c);
+    if (std::isalnum(letter) || c == '-' || c == '_')
+      anchor += static_cast<char>(std::tolower(letter));
+    else if (c == ' ')
+      anchor += '-';
+  }
+  return anchor;
+}
+
+struct Document {
+  std::set<std::string> anchors;
+  std::vector<std::string> links;
+};
+
+void addLinks(std::string const &line, std::vector<std::string> &links)
+{
+  for (auto at = line.find("]("); at != std::string::npos; at = line.find("](", at + 1)) {
+    auto const end = line.find(')', at);
+    if (end != std::string::npos)
+      links.push_back(line.substr(at + 2, end - at - 2));
+  }
+}
+
+Document read(std::istream &in)
+{
+  Document document;
+  bool code = false;
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("```"))
+      code = !code;
+    else if (!code && line.starts_with('#'))
+      document.anchors.insert(slug(line.substr(line.find_first_not_of("# "))));
+    else if (!code)
+      addLinks(line, document.links);
+  }
+  return document;
+}
+
+Document read(fs::path const &path)
+{
+  std::ifstream in(path);
+  return read(in);
+}
+
+bool leadsOutside(std::string const &link)
+{
+  return link.find("://") != std::string::npos;
+}
+
+/// Whether a link of the document at this path leads to a file, and to a heading of it if it names one.
+bool leadsSomewhere(fs::path const &path, std::string const &link)
+{
+  auto const hash = link.find('#');
+  auto const target = hash == 0 ? path : path.parent_path() / link.substr(0, hash);
+  if (!fs::exists(target))
+    return false;
+  return hash == std::string::npos || read(target).anchors.contains(link.substr(hash + 1));
+}
+
+std::vector<fs::path> documents()
+{
+  fs::path const root = GX_SOURCE_ROOT;
+  std::vector<fs::path> paths;
+  for (auto const &entry : fs::directory_iterator(root))
+    if (entry.path().extension() == ".md")
+      paths.push_back(entry.path());
+  for (auto const &entry : fs::recursive_directory_iterator(root / "docs"))
+    if (entry.path().extension() == ".md")
+      paths.push_back(entry.path());
+  return paths;
+}
+
+TEST(Documents, linksLeadSomewhere)
+{
+  std::size_t inside = 0;
+  for (auto const &path : documents())
+    for (auto const &link : read(path).links)
+      if (!leadsOutside(link)) {
+        EXPECT_TRUE(leadsSomewhere(path, link)) << path.string() << ": " << link;
+        ++inside;
+      }
+  EXPECT_GT(inside, 10u) << "the documents link to each other; were they found?";
+}
+
+TEST(Documents, brokenLinksAreSeen)
+{
+  fs::path const readme = GX_SOURCE_ROOT "/README.md";
+  EXPECT_TRUE(leadsSomewhere(readme, "docs/architecture.md#the-road-of-a-draw-call"));
+  EXPECT_FALSE(leadsSomewhere(readme, "docs/architecture.md#no-such-heading"));
+  EXPECT_FALSE(leadsSomewhere(readme, "docs/no-such-file.md"));
+  EXPECT_FALSE(leadsSomewhere(readme, "#no-such-heading"));
+}
+
+}  // namespace

@@ -79,76 +79,76 @@ double lengthBetween(Axes const &axes, double from, double to)
 
 }  // namespace
 
-gxVector<2> gf_point(gx_ArcPiece const &piece, double param)
+gxVector<2> gx_ArcPiece::point(double param) const
 {
-  return piece.at(angleAt(piece, param));
+  return at(angleAt(*this, param));
 }
 
-gxVector<2> gf_tangent(gx_ArcPiece const &piece, double param)
+gxVector<2> gx_ArcPiece::tangent(double param) const
 {
-  gxVector<2> const tangent = piece.derivativeAt(angleAt(piece, param)) * piece.span;
+  gxVector<2> const tangent = derivativeAt(angleAt(*this, param)) * span;
   constexpr double vanishing = 1e-9;  // of the radius: there a flat ellipse turns back and has no derivative
-  double const radius = std::max(piece.u.len(), piece.v.len());
-  if (tangent.len() > vanishing * radius * std::abs(piece.span))
+  double const radius = std::max(u.len(), v.len());
+  if (tangent.len() > vanishing * radius * std::abs(span))
     return tangent;
   double const inward = (param < 0.5 ? 1e-4 : -1e-4);
-  return piece.derivativeAt(angleAt(piece, param + inward)) * piece.span;
+  return derivativeAt(angleAt(*this, param + inward)) * span;
 }
 
-gx_Nearest gf_nearest(gx_ArcPiece const &piece, gxVector<2> const &p)
+gx_Nearest gx_ArcPiece::nearest(gxVector<2> const &p) const
 {
-  Axes const axes(piece);
-  gxVector<2> const offset = p - piece.center;
+  Axes const axes(*this);
+  gxVector<2> const offset = p - center;
   gxVector<2> const axis(1.0, gxRadian(axes.shape.angle));
   std::array<double, 2> const angles =
       gf_ellipseNearAngles(axes.shape.rx, axes.shape.ry, {axis * offset, axis.cross(offset)});
-  std::array<double, 4> places = {0.0, placeOf(piece, axes.toParam(angles[0])), placeOf(piece, axes.toParam(angles[1])),
+  std::array<double, 4> places = {0.0, placeOf(*this, axes.toParam(angles[0])), placeOf(*this, axes.toParam(angles[1])),
                                   1.0};
   std::sort(places.begin(), places.end());
-  gx_Nearest best{piece.at(piece.start), 0.0, p.distance(piece.at(piece.start))};
+  gx_Nearest best{at(start), 0.0, p.distance(at(start))};
   for (double const place : places) {
     if (!(place <= 1.0))
       continue;
-    gxVector<2> const point = gf_point(piece, place);
-    double const distance = p.distance(point);
+    gxVector<2> const found = point(place);
+    double const distance = p.distance(found);
     if (distance < best.distance)
-      best = {point, place, distance};
+      best = {found, place, distance};
   }
   return best;
 }
 
-gxRect gf_bounds(gx_ArcPiece const &piece)
+gxRect gx_ArcPiece::bounds() const
 {
-  if (std::abs(piece.span) >= gf_turnRadians) {
-    gxVector<2> const half(std::hypot(piece.u.x(), piece.v.x()), std::hypot(piece.u.y(), piece.v.y()));
-    return {piece.center - half, half * 2.0};
+  if (std::abs(span) >= gf_turnRadians) {
+    gxVector<2> const half(std::hypot(u.x(), v.x()), std::hypot(u.y(), v.y()));
+    return {center - half, half * 2.0};
   }
-  gxVector<2> const first = gf_point(piece, 0.0), last = gf_point(piece, 1.0);
+  gxVector<2> const first = point(0.0), last = point(1.0);
   double lowX = std::min(first.x(), last.x()), highX = std::max(first.x(), last.x());
   double lowY = std::min(first.y(), last.y()), highY = std::max(first.y(), last.y());
-  double const topX = std::atan2(piece.v.x(), piece.u.x()), topY = std::atan2(piece.v.y(), piece.u.y());
-  double const halfX = std::hypot(piece.u.x(), piece.v.x()), halfY = std::hypot(piece.u.y(), piece.v.y());
-  if (placeOf(piece, topX) <= 1.0)
-    highX = std::max(highX, piece.center.x() + halfX);
-  if (placeOf(piece, topX + std::numbers::pi) <= 1.0)
-    lowX = std::min(lowX, piece.center.x() - halfX);
-  if (placeOf(piece, topY) <= 1.0)
-    highY = std::max(highY, piece.center.y() + halfY);
-  if (placeOf(piece, topY + std::numbers::pi) <= 1.0)
-    lowY = std::min(lowY, piece.center.y() - halfY);
+  double const topX = std::atan2(v.x(), u.x()), topY = std::atan2(v.y(), u.y());
+  double const halfX = std::hypot(u.x(), v.x()), halfY = std::hypot(u.y(), v.y());
+  if (placeOf(*this, topX) <= 1.0)
+    highX = std::max(highX, center.x() + halfX);
+  if (placeOf(*this, topX + std::numbers::pi) <= 1.0)
+    lowX = std::min(lowX, center.x() - halfX);
+  if (placeOf(*this, topY) <= 1.0)
+    highY = std::max(highY, center.y() + halfY);
+  if (placeOf(*this, topY + std::numbers::pi) <= 1.0)
+    lowY = std::min(lowY, center.y() - halfY);
   return {{lowX, lowY}, {highX - lowX, highY - lowY}};
 }
 
-double gf_lengthTo(gx_ArcPiece const &piece, double param)
+double gx_ArcPiece::lengthTo(double param) const
 {
-  Axes const axes(piece);
-  return lengthBetween(axes, axes.fromParam(piece.start), axes.fromParam(angleAt(piece, param)));
+  Axes const axes(*this);
+  return lengthBetween(axes, axes.fromParam(start), axes.fromParam(angleAt(*this, param)));
 }
 
-double gf_paramAtLength(gx_ArcPiece const &piece, double length)
+double gx_ArcPiece::paramAtLength(double length) const
 {
-  Axes const axes(piece);
-  double const whole = gf_length(piece);
+  Axes const axes(*this);
+  double const whole = lengthTo(1.0);
   if (!(length > 0.0) || !(whole > 0.0))
     return 0.0;
   if (!(length < whole))
@@ -157,10 +157,10 @@ double gf_paramAtLength(gx_ArcPiece const &piece, double length)
   double param = length / whole;
   constexpr int maxSteps = 100;
   for (int i = 0; i < maxSteps; ++i) {
-    double const s = axes.fromParam(angleAt(piece, param));
-    double const excess = lengthBetween(axes, axes.fromParam(piece.start), s) - length;
+    double const s = axes.fromParam(angleAt(*this, param));
+    double const excess = lengthBetween(axes, axes.fromParam(start), s) - length;
     (excess > 0.0 ? high : low) = param;
-    double next = param - excess / (axes.speed(s) * std::abs(piece.span));
+    double next = param - excess / (axes.speed(s) * std::abs(span));
     if (!(low < next && next < high) || i % 4 == 3)
       next = 0.5 * (low + high);
     if (next == param || std::abs(excess) <= 1e-15 * whole)
@@ -170,74 +170,74 @@ double gf_paramAtLength(gx_ArcPiece const &piece, double length)
   return param;
 }
 
-double gf_rotation(gx_ArcPiece const &piece)
+double gx_ArcPiece::rotation() const
 {
-  Axes const axes(piece);
-  double const from = axes.fromParam(piece.start), to = axes.fromParam(angleAt(piece, 1.0));
+  Axes const axes(*this);
+  double const from = axes.fromParam(start), to = axes.fromParam(angleAt(*this, 1.0));
   return to - from + axes.tangentLead(to) - axes.tangentLead(from);
 }
 
-double gf_winding(gx_ArcPiece const &piece, gxVector<2> const &p)
+double gx_ArcPiece::winding(gxVector<2> const &p) const
 {
-  gxVector<2> const a = gf_point(piece, 0.0) - p, b = gf_point(piece, 1.0) - p;
+  gxVector<2> const a = point(0.0) - p, b = point(1.0) - p;
   double const chord = std::atan2(a.cross(b), a * b);
-  double const area = piece.u.cross(piece.v);
-  gxVector<2> const offset = p - piece.center;
+  double const area = u.cross(v);
+  gxVector<2> const offset = p - center;
   // in the frame of the unit circle, where a point inside sees the arc run one way only
-  gxVector<2> const onUnit(offset.cross(piece.v), piece.u.cross(offset));
+  gxVector<2> const onUnit(offset.cross(v), u.cross(offset));
   if (!(onUnit.len() < std::abs(area)))
     return chord;
-  double const sense = (area < 0.0) == (piece.span < 0.0) ? 1.0 : -1.0;
-  if (std::abs(piece.span) >= gf_turnRadians)
+  double const sense = (area < 0.0) == (span < 0.0) ? 1.0 : -1.0;
+  if (std::abs(span) >= gf_turnRadians)
     return sense * gf_turnRadians;
   return sense * gxRadian(sense * chord).norm().value();
 }
 
-double gf_doubleArea(gx_ArcPiece const &piece)
+double gx_ArcPiece::doubleArea() const
 {
-  gxVector<2> const chord = gf_point(piece, 1.0) - gf_point(piece, 0.0);
-  return piece.center.cross(chord) + piece.u.cross(piece.v) * piece.span;
+  gxVector<2> const chord = point(1.0) - point(0.0);
+  return center.cross(chord) + u.cross(v) * span;
 }
 
-gx_ArcPiece gf_part(gx_ArcPiece const &piece, double from, double to)
+gx_ArcPiece gx_ArcPiece::part(double begin, double end) const
 {
-  return {piece.center, piece.u, piece.v, angleAt(piece, from), piece.span * (to - from)};
+  return {center, u, v, angleAt(*this, begin), span * (end - begin)};
 }
 
-gx_ArcPiece gf_mapped(gx_ArcPiece const &piece, gxXform<2> const &xform)
+gx_ArcPiece gx_ArcPiece::mapped(gxXform<2> const &xform) const
 {
-  return {xform * piece.center, xform.mapVector(piece.u), xform.mapVector(piece.v), piece.start, piece.span};
+  return {xform * center, xform.mapVector(u), xform.mapVector(v), start, span};
 }
 
-double gf_chords(gx_ArcPiece const &piece, double tolerance)
+double gx_ArcPiece::chords(double tolerance) const
 {
   constexpr double whole = 1e-12;  // a span that is a hair over a whole number of steps does not take one more
-  double const span = std::abs(piece.span);
+  double const turn = std::abs(span);
   double step = std::numbers::pi / 2.0;
   if (tolerance > 0.0) {
-    Axes const axes(piece);
+    Axes const axes(*this);
     double const radius = std::max(axes.shape.rx, axes.shape.ry);
     // the sagitta of a chord of step w on a circle of that radius is radius (1 - cos(w / 2)); the ellipse, its image
     // under a map that does not stretch, stays nearer to its chords
-    if (tolerance < radius)
+    if (tolerance < radius && std::isfinite(radius))
       step = std::min(step, 4.0 * std::asin(std::sqrt(0.5 * tolerance / radius)));
   }
-  return std::max(1.0, std::ceil(span / step - whole));
+  return std::max(1.0, std::ceil(turn / step - whole));
 }
 
-std::vector<double> gf_crossings(gx_ArcPiece const &piece, gxVector<2> const &a, gxVector<2> const &b)
+std::vector<double> gx_ArcPiece::crossings(gxVector<2> const &a, gxVector<2> const &b) const
 {
   gxVector<2> const along = b - a;
   double const square = along * along;
-  double const onU = along.cross(piece.u), onV = along.cross(piece.v), rest = along.cross(piece.center - a);
+  double const onU = along.cross(u), onV = along.cross(v), rest = along.cross(center - a);
   double const reach = std::hypot(onU, onV);  // onU cos t + onV sin t + rest = 0 on the line
   if (!(std::abs(rest) <= reach) || reach == 0.0)
     return {};
   double const middle = std::atan2(onV, onU), half = std::acos(-rest / reach);
   std::vector<double> places;
   for (double const t : {middle - half, middle + half}) {
-    double const place = placeOf(piece, t);
-    double const onSegment = along * (piece.at(t) - a);
+    double const place = placeOf(*this, t);
+    double const onSegment = along * (at(t) - a);
     if (place <= 1.0 && onSegment >= 0.0 && onSegment <= square && (places.empty() || places[0] != place))
       places.push_back(place);
   }

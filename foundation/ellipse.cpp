@@ -97,12 +97,12 @@ gx_ArcPiece gxEllipse::piece(gxRadian start, gxRadian span) const
 
 gxRect gxEllipse::boundingBox() const
 {
-  return gf_bounds(piece(gxRadian(), gxRadian(gf_turnRadians)));
+  return piece(gxRadian(), gxRadian(gf_turnRadians)).bounds();
 }
 
 gxVector<2> gxEllipse::nearestPoint(gxVector<2> const &p) const
 {
-  return gf_nearest(piece(gxRadian(), gxRadian(gf_turnRadians)), p).point;
+  return piece(gxRadian(), gxRadian(gf_turnRadians)).nearest(p).point;
 }
 
 double gxEllipse::distToPoint(gxVector<2> const &p) const
@@ -112,7 +112,7 @@ double gxEllipse::distToPoint(gxVector<2> const &p) const
 
 double gxEllipse::perimeter() const
 {
-  return gf_length(piece(gxRadian(), gxRadian(gf_turnRadians)));
+  return piece(gxRadian(), gxRadian(gf_turnRadians)).lengthTo(1.0);
 }
 
 gxArchive &operator||(gxArchive &archive, gxEllipse &ellipse)

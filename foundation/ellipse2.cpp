@@ -84,12 +84,12 @@ gx_ArcPiece gxEllipse2::piece() const
 
 gxRect gxEllipse2::boundingBox() const
 {
-  return gf_bounds(piece());
+  return piece().bounds();
 }
 
 gxVector<2> gxEllipse2::nearestPoint(gxVector<2> const &p) const
 {
-  return gf_nearest(piece(), p).point;
+  return piece().nearest(p).point;
 }
 
 bool gxEllipse2::within(gxVector<2> const &p) const

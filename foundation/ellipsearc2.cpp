@@ -46,12 +46,12 @@ gx_ArcPiece gxEllipseArc2::piece() const
 
 gxRect gxEllipseArc2::boundingBox() const
 {
-  return gf_bounds(piece());
+  return piece().bounds();
 }
 
 gxVector<2> gxEllipseArc2::nearestPoint(gxVector<2> const &p) const
 {
-  return gf_nearest(piece(), p).point;
+  return piece().nearest(p).point;
 }
 
 gxPtrHandle<gxShape> gxEllipseArc2::mapShape(gxXform<2> const &xform) const
@@ -69,7 +69,7 @@ void gxEllipseArc2::appendOutline(gx_Outline &outline) const
   outline.addContour(false).pieces.push_back(piece());
 }
 
-gxPtrHandle<gxShape> gf_shapeOf(gx_ArcPiece const &piece)
+gxPtrHandle<gxShape> gx_ArcPiece::shape() const
 {
-  return new gxEllipseArc2(piece);
+  return new gxEllipseArc2(*this);
 }

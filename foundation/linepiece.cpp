@@ -6,88 +6,88 @@
 
 // Straight pieces.
 
-gxVector<2> gf_point(gx_LinePiece const &piece, double param)
+gxVector<2> gx_LinePiece::point(double param) const
 {
   if (param == 1.0)
-    return piece.to;
-  return piece.from + (piece.to - piece.from) * param;
+    return to;
+  return from + (to - from) * param;
 }
 
-gxVector<2> gf_tangent(gx_LinePiece const &piece, double)
+gxVector<2> gx_LinePiece::tangent(double) const
 {
-  return piece.to - piece.from;
+  return to - from;
 }
 
-gx_Nearest gf_nearest(gx_LinePiece const &piece, gxVector<2> const &p)
+gx_Nearest gx_LinePiece::nearest(gxVector<2> const &p) const
 {
-  gxVector<2> const along = piece.to - piece.from;
+  gxVector<2> const along = to - from;
   double const square = along * along;
-  double const param = square > 0.0 ? std::clamp(along * (p - piece.from) / square, 0.0, 1.0) : 0.0;
-  gxVector<2> const point = gf_point(piece, param);
-  return {point, param, p.distance(point)};
+  double const param = square > 0.0 ? std::clamp(along * (p - from) / square, 0.0, 1.0) : 0.0;
+  gxVector<2> const found = point(param);
+  return {found, param, p.distance(found)};
 }
 
-gxRect gf_bounds(gx_LinePiece const &piece)
+gxRect gx_LinePiece::bounds() const
 {
-  return gxRect::around(piece.from, piece.to);
+  return gxRect::around(from, to);
 }
 
-double gf_lengthTo(gx_LinePiece const &piece, double param)
+double gx_LinePiece::lengthTo(double param) const
 {
-  return param * piece.from.distance(piece.to);
+  return param * from.distance(to);
 }
 
-double gf_paramAtLength(gx_LinePiece const &piece, double length)
+double gx_LinePiece::paramAtLength(double length) const
 {
-  double const whole = gf_length(piece);
+  double const whole = lengthTo(1.0);
   return whole > 0.0 ? std::clamp(length / whole, 0.0, 1.0) : 0.0;
 }
 
-double gf_rotation(gx_LinePiece const &)
+double gx_LinePiece::rotation() const
 {
   return 0.0;
 }
 
-double gf_winding(gx_LinePiece const &piece, gxVector<2> const &p)
+double gx_LinePiece::winding(gxVector<2> const &p) const
 {
-  gxVector<2> const a = piece.from - p, b = piece.to - p;
+  gxVector<2> const a = from - p, b = to - p;
   return std::atan2(a.cross(b), a * b);
 }
 
-double gf_doubleArea(gx_LinePiece const &piece)
+double gx_LinePiece::doubleArea() const
 {
-  return piece.from.cross(piece.to);
+  return from.cross(to);
 }
 
-gx_LinePiece gf_part(gx_LinePiece const &piece, double from, double to)
+gx_LinePiece gx_LinePiece::part(double begin, double end) const
 {
-  return {gf_point(piece, from), gf_point(piece, to)};
+  return {point(begin), point(end)};
 }
 
-gx_LinePiece gf_mapped(gx_LinePiece const &piece, gxXform<2> const &xform)
+gx_LinePiece gx_LinePiece::mapped(gxXform<2> const &xform) const
 {
-  return {xform * piece.from, xform * piece.to};
+  return {xform * from, xform * to};
 }
 
-double gf_chords(gx_LinePiece const &, double)
+double gx_LinePiece::chords(double) const
 {
   return 1.0;
 }
 
-std::vector<double> gf_crossings(gx_LinePiece const &piece, gxVector<2> const &a, gxVector<2> const &b)
+std::vector<double> gx_LinePiece::crossings(gxVector<2> const &a, gxVector<2> const &b) const
 {
-  gxVector<2> const along = piece.to - piece.from, across = b - a;
+  gxVector<2> const along = to - from, across = b - a;
   double const sine = along.cross(across);
   if (sine == 0.0)
     return {};
-  double const param = (a - piece.from).cross(across) / sine;
-  double const other = (a - piece.from).cross(along) / sine;
+  double const param = (a - from).cross(across) / sine;
+  double const other = (a - from).cross(along) / sine;
   if (param >= 0.0 && param <= 1.0 && other >= 0.0 && other <= 1.0)
     return {param};
   return {};
 }
 
-gxPtrHandle<gxShape> gf_shapeOf(gx_LinePiece const &piece)
+gxPtrHandle<gxShape> gx_LinePiece::shape() const
 {
-  return new gxLineSeg(piece.from, piece.to);
+  return new gxLineSeg(from, to);
 }

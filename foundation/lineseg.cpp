@@ -18,7 +18,7 @@ gxRect gxLineSeg::boundingBox() const
 
 gxVector<2> gxLineSeg::nearestPoint(gxVector<2> const &p) const
 {
-  return gf_nearest(gx_LinePiece{start_, end_}, p).point;
+  return gx_LinePiece{start_, end_}.nearest(p).point;
 }
 
 gxPtrHandle<gxShape> gxLineSeg::mapShape(gxXform<2> const &xform) const

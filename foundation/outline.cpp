@@ -1,100 +1,89 @@
 #include "foundation/outline.h"
 
-namespace
+gxVector<2> gx_Piece::point(double param) const
 {
-
-template <class Operation>
-decltype(auto) onPiece(gx_Piece const &piece, Operation operation)
-{
-  return std::visit(operation, piece);
+  return visit([&](auto const &p) { return p.point(param); });
 }
 
-}  // namespace
-
-gxVector<2> gf_point(gx_Piece const &piece, double param)
+gxVector<2> gx_Piece::tangent(double param) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_point(p, param); });
+  return visit([&](auto const &p) { return p.tangent(param); });
 }
 
-gxVector<2> gf_tangent(gx_Piece const &piece, double param)
+gx_Nearest gx_Piece::nearest(gxVector<2> const &p) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_tangent(p, param); });
+  return visit([&](auto const &piece) { return piece.nearest(p); });
 }
 
-gx_Nearest gf_nearest(gx_Piece const &piece, gxVector<2> const &p)
+gxRect gx_Piece::bounds() const
 {
-  return onPiece(piece, [&](auto const &q) { return gf_nearest(q, p); });
+  return visit([](auto const &p) { return p.bounds(); });
 }
 
-gxRect gf_bounds(gx_Piece const &piece)
+double gx_Piece::lengthTo(double param) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_bounds(p); });
+  return visit([&](auto const &p) { return p.lengthTo(param); });
 }
 
-double gf_lengthTo(gx_Piece const &piece, double param)
+double gx_Piece::paramAtLength(double length) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_lengthTo(p, param); });
+  return visit([&](auto const &p) { return p.paramAtLength(length); });
 }
 
-double gf_paramAtLength(gx_Piece const &piece, double length)
+double gx_Piece::rotation() const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_paramAtLength(p, length); });
+  return visit([](auto const &p) { return p.rotation(); });
 }
 
-double gf_rotation(gx_Piece const &piece)
+double gx_Piece::winding(gxVector<2> const &p) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_rotation(p); });
+  return visit([&](auto const &piece) { return piece.winding(p); });
 }
 
-double gf_winding(gx_Piece const &piece, gxVector<2> const &p)
+double gx_Piece::doubleArea() const
 {
-  return onPiece(piece, [&](auto const &q) { return gf_winding(q, p); });
+  return visit([](auto const &p) { return p.doubleArea(); });
 }
 
-double gf_doubleArea(gx_Piece const &piece)
+gx_Piece gx_Piece::part(double begin, double end) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_doubleArea(p); });
+  return visit([&](auto const &p) -> gx_Piece { return p.part(begin, end); });
 }
 
-gx_Piece gf_part(gx_Piece const &piece, double from, double to)
+gx_Piece gx_Piece::mapped(gxXform<2> const &xform) const
 {
-  return onPiece(piece, [&](auto const &p) -> gx_Piece { return gf_part(p, from, to); });
+  return visit([&](auto const &p) -> gx_Piece { return p.mapped(xform); });
 }
 
-gx_Piece gf_mapped(gx_Piece const &piece, gxXform<2> const &xform)
+double gx_Piece::chords(double tolerance) const
 {
-  return onPiece(piece, [&](auto const &p) -> gx_Piece { return gf_mapped(p, xform); });
+  return visit([&](auto const &p) { return p.chords(tolerance); });
 }
 
-double gf_chords(gx_Piece const &piece, double tolerance)
+std::vector<double> gx_Piece::crossings(gxVector<2> const &a, gxVector<2> const &b) const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_chords(p, tolerance); });
+  return visit([&](auto const &p) { return p.crossings(a, b); });
 }
 
-std::vector<double> gf_crossings(gx_Piece const &piece, gxVector<2> const &a, gxVector<2> const &b)
+gxPtrHandle<gxShape> gx_Piece::shape() const
 {
-  return onPiece(piece, [&](auto const &p) { return gf_crossings(p, a, b); });
+  return visit([](auto const &p) { return p.shape(); });
 }
 
-gxPtrHandle<gxShape> gf_shapeOf(gx_Piece const &piece)
-{
-  return onPiece(piece, [](auto const &p) { return gf_shapeOf(p); });
-}
-
-gxRect gf_bounds(gx_Outline const &outline)
+gxRect gx_Outline::bounds() const
 {
   gxRect box;
-  for (gx_Contour const &contour : outline.contours)
+  for (gx_Contour const &contour : contours)
     for (gx_Piece const &piece : contour.pieces)
-      box = box.enclose(gf_bounds(piece));
+      box = box.enclose(piece.bounds());
   return box;
 }
 
-double gf_length(gx_Outline const &outline)
+double gx_Outline::length() const
 {
-  double length = 0.0;
-  for (gx_Contour const &contour : outline.contours)
+  double sum = 0.0;
+  for (gx_Contour const &contour : contours)
     for (gx_Piece const &piece : contour.pieces)
-      length += gf_length(piece);
-  return length;
+      sum += piece.length();
+  return sum;
 }

@@ -15,15 +15,39 @@
 #include <variant>
 #include <vector>
 
+/// The point of a piece that is nearest to some point.
+struct gx_Nearest {
+  gxVector<2> point;
+  double param = 0.0;     ///< where on the piece, 0 to 1
+  double distance = 0.0;  ///< how far off
+};
+
+// The members of each kind of piece are told at gx_Piece.
+
 /// A straight piece.
-struct gx_LinePiece {
+struct GX_API gx_LinePiece {
   gxVector<2> from;
   gxVector<2> to;
+
+  gxVector<2> point(double param) const;
+  gxVector<2> tangent(double param) const;
+  gx_Nearest nearest(gxVector<2> const &p) const;
+  gxRect bounds() const;
+  double lengthTo(double param) const;
+  double paramAtLength(double length) const;
+  double rotation() const;
+  double winding(gxVector<2> const &p) const;
+  double doubleArea() const;
+  gx_LinePiece part(double begin, double end) const;
+  gx_LinePiece mapped(gxXform<2> const &xform) const;
+  double chords(double tolerance) const;
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
+  gxPtrHandle<gxShape> shape() const;
 };
 
 /// A piece of an ellipse: center + u cos(t) + v sin(t) for t from `start` through `span`, which may be negative and
 /// is at most a turn. u and v are any pair of conjugate half-diameters, so that every linear map keeps the form.
-struct gx_ArcPiece {
+struct GX_API gx_ArcPiece {
   gxVector<2> center;
   gxVector<2> u;
   gxVector<2> v;
@@ -32,10 +56,71 @@ struct gx_ArcPiece {
 
   gxVector<2> at(double t) const { return center + u * std::cos(t) + v * std::sin(t); }
   gxVector<2> derivativeAt(double t) const { return v * std::cos(t) - u * std::sin(t); }
+
+  gxVector<2> point(double param) const;
+  gxVector<2> tangent(double param) const;
+  gx_Nearest nearest(gxVector<2> const &p) const;
+  gxRect bounds() const;
+  double lengthTo(double param) const;
+  double paramAtLength(double length) const;
+  double rotation() const;
+  double winding(gxVector<2> const &p) const;
+  double doubleArea() const;
+  gx_ArcPiece part(double begin, double end) const;
+  gx_ArcPiece mapped(gxXform<2> const &xform) const;
+  double chords(double tolerance) const;
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
+  gxPtrHandle<gxShape> shape() const;
 };
 
-/// One smooth piece. A piece runs over the parameter 0 to 1.
-using gx_Piece = std::variant<gx_LinePiece, gx_ArcPiece>;
+/// One smooth piece of an outline, of any kind. A place on it is a parameter from 0 to 1. A new kind of curve joins
+/// the list of alternatives and brings the members below.
+class GX_API gx_Piece : public std::variant<gx_LinePiece, gx_ArcPiece>
+{
+ public:
+  using Kinds = std::variant<gx_LinePiece, gx_ArcPiece>;
+  using Kinds::Kinds;
+
+  gxVector<2> point(double param) const;
+  /// Derivative by the parameter, taken as a limit where it vanishes; zero for a piece without extent.
+  gxVector<2> tangent(double param) const;
+  /// The first of the nearest points.
+  gx_Nearest nearest(gxVector<2> const &p) const;
+  /// The smallest upright rectangle round the piece.
+  gxRect bounds() const;
+  double length() const { return lengthTo(1.0); }
+  /// Length from the start to a place.
+  double lengthTo(double param) const;
+  /// The place at a length from the start, at the ends for lengths beyond them.
+  double paramAtLength(double length) const;
+  /// Signed angle by which the tangent turns from start to end.
+  double rotation() const;
+  /// Signed angle by which the direction from @p p turns from start to end; @p p is not on the piece.
+  double winding(gxVector<2> const &p) const;
+  /// Twice the signed area that the line from the origin to the piece sweeps over.
+  double doubleArea() const;
+  /// The piece between two places; it runs backward if @p begin lies behind @p end.
+  gx_Piece part(double begin, double end) const;
+  gx_Piece mapped(gxXform<2> const &xform) const;
+  /// How many equal steps of the parameter keep the chords within the tolerance of the piece: a whole number, at
+  /// least 1; for arcs at least one for each quarter turn. A tolerance of 0 sets no limit.
+  double chords(double tolerance) const;
+  /// The places where the piece meets the straight line from @p a to @p b, ends included, in order. A piece that runs
+  /// along that line meets it nowhere.
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
+  /// The piece as a shape of its own.
+  gxPtrHandle<gxShape> shape() const;
+  bool isStraight() const { return std::holds_alternative<gx_LinePiece>(*this); }
+  /// False for a piece that has collapsed to a point.
+  bool hasDirection() const { return !(tangent(0.0) == gxVector<2>()); }
+
+ private:
+  template <class Operation>
+  decltype(auto) visit(Operation operation) const
+  {
+    return std::visit(operation, static_cast<Kinds const &>(*this));
+  }
+};
 
 /// A chain of pieces, each of which begins where the one before ends; if closed, the last ends where the first begins.
 struct gx_Contour {
@@ -52,57 +137,8 @@ struct gx_Outline {
     contours.push_back({{}, closed});
     return contours.back();
   }
+  /// The box of all pieces; empty for an outline without pieces.
+  GX_API gxRect bounds() const;
+  /// Length of all contours.
+  GX_API double length() const;
 };
-
-/// The point of a piece that is nearest to some point.
-struct gx_Nearest {
-  gxVector<2> point;
-  double param = 0.0;     ///< where on the piece, 0 to 1
-  double distance = 0.0;  ///< how far off
-};
-
-// For every kind of piece. A place on a piece is a parameter from 0 to 1. Each new kind of piece brings one overload
-// of each function below; the forms for gx_Piece follow of themselves.
-
-#define GX_PIECE_OPERATIONS(Piece)                                                                         \
-  GX_API gxVector<2> gf_point(Piece const &piece, double param);                                           \
-  /* Derivative by the parameter, taken as a limit where it vanishes; zero for a piece without extent. */  \
-  GX_API gxVector<2> gf_tangent(Piece const &piece, double param);                                         \
-  /* The first of the nearest points. */                                                                   \
-  GX_API gx_Nearest gf_nearest(Piece const &piece, gxVector<2> const &p);                                  \
-  /* The smallest upright rectangle round the piece. */                                                    \
-  GX_API gxRect gf_bounds(Piece const &piece);                                                             \
-  /* Length from the start to a place. */                                                                  \
-  GX_API double gf_lengthTo(Piece const &piece, double param);                                             \
-  /* The place at a length from the start. */                                                              \
-  GX_API double gf_paramAtLength(Piece const &piece, double length);                                       \
-  /* Signed angle by which the tangent turns from start to end. */                                         \
-  GX_API double gf_rotation(Piece const &piece);                                                           \
-  /* Signed angle by which the direction from p turns; p is not on the piece. */                           \
-  GX_API double gf_winding(Piece const &piece, gxVector<2> const &p);                                      \
-  /* Twice the signed area between the piece and the origin. */                                            \
-  GX_API double gf_doubleArea(Piece const &piece);                                                         \
-  /* The piece between two places; from > to gives it reversed. */                                         \
-  GX_API Piece gf_part(Piece const &piece, double from, double to);                                        \
-  GX_API Piece gf_mapped(Piece const &piece, gxXform<2> const &xform);                                     \
-  /* How many equal steps of the parameter keep the chords within the tolerance; at least 1. */            \
-  GX_API double gf_chords(Piece const &piece, double tolerance);                                           \
-  /* The places where the piece meets the straight line from a to b, ends included; in order. */           \
-  GX_API std::vector<double> gf_crossings(Piece const &piece, gxVector<2> const &a, gxVector<2> const &b); \
-  /* The piece as a shape of its own. */                                                                   \
-  GX_API gxPtrHandle<gxShape> gf_shapeOf(Piece const &piece);
-
-GX_PIECE_OPERATIONS(gx_LinePiece)
-GX_PIECE_OPERATIONS(gx_ArcPiece)
-GX_PIECE_OPERATIONS(gx_Piece)
-
-template <class Piece>
-double gf_length(Piece const &piece)
-{
-  return gf_lengthTo(piece, 1.0);
-}
-
-/// The box of all pieces; empty for an outline without pieces.
-GX_API gxRect gf_bounds(gx_Outline const &outline);
-/// Length of all contours.
-GX_API double gf_length(gx_Outline const &outline);

@@ -89,7 +89,7 @@ gxVector<2> gxPolyline::nearestPoint(gxVector<2> const &p) const
   gxVector<2> nearest = vertices_.front();
   double distance = p.distance(nearest);
   forSides(*this, [&](gx_LinePiece const &side) {
-    gx_Nearest const found = gf_nearest(side, p);
+    gx_Nearest const found = side.nearest(p);
     if (found.distance < distance) {
       nearest = found.point;
       distance = found.distance;

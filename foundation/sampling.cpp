@@ -60,7 +60,7 @@ double stepsOf(double length, double spacing)
 
 bool isCorner(gx_Piece const &before, gx_Piece const &after)
 {
-  gxVector<2> const in = gf_tangent(before, 1.0).unit(), out = gf_tangent(after, 0.0).unit();
+  gxVector<2> const in = before.tangent(1.0).unit(), out = after.tangent(0.0).unit();
   constexpr double smooth = 1e-9;  // radians: pieces that were made to be tangent meet at less
   return std::abs(in.cross(out)) > smooth || in * out < 0.0;
 }
@@ -68,34 +68,34 @@ bool isCorner(gx_Piece const &before, gx_Piece const &after)
 /// Appends points at equal lengths behind the place @p from of a piece, up to and with the place @p to.
 void sampleByLength(gx_Piece const &piece, double from, double to, double spacing, Collector &collector)
 {
-  double const before = gf_lengthTo(piece, from), length = gf_lengthTo(piece, to) - before;
+  double const before = piece.lengthTo(from), length = piece.lengthTo(to) - before;
   double const n = stepsOf(length, spacing);
   collector.expect(n);
   for (double i = 1.0; i < n; ++i)
-    collector.append(gf_point(piece, gf_paramAtLength(piece, before + length * i / n)));
-  collector.append(gf_point(piece, to));
+    collector.append(piece.point(piece.paramAtLength(before + length * i / n)));
+  collector.append(piece.point(to));
 }
 
 /// The points behind the start of a piece, its end included: equal steps of the parameter that keep to the tolerance,
 /// and between them equal lengths that keep to the spacing.
 void samplePiece(gx_Piece const &piece, gxShape::gxSampleParams const &params, Collector &collector)
 {
-  double const chords = gf_chords(piece, params.tolerance());
+  double const chords = piece.chords(params.tolerance());
   collector.expect(chords);
   for (double i = 1.0; i <= chords; ++i) {
     if (params.spacing() > 0.0)
       sampleByLength(piece, (i - 1.0) / chords, i / chords, params.spacing(), collector);
     else
-      collector.append(gf_point(piece, i / chords));
+      collector.append(piece.point(i / chords));
   }
 }
 
 void samplePieces(gx_Contour const &contour, gxShape::gxSampleParams const &params, Collector &collector)
 {
-  collector.append(gf_point(contour.pieces.front(), 0.0));
+  collector.append(contour.pieces.front().point(0.0));
   for (std::size_t i = 0; i < contour.pieces.size(); ++i) {
     if (i > 0 && params.duplicateCorners() && isCorner(contour.pieces[i - 1], contour.pieces[i]))
-      collector.append(gf_point(contour.pieces[i], 0.0));
+      collector.append(contour.pieces[i].point(0.0));
     samplePiece(contour.pieces[i], params, collector);
   }
 }
@@ -104,22 +104,23 @@ void sampleUniformly(gx_Contour const &contour, gxShape::gxSampleParams const &p
 {
   double length = 0.0;
   for (gx_Piece const &piece : contour.pieces)
-    length += gf_length(piece);
+    length += piece.length();
   double const steps = stepsOf(length, params.spacing());
   collector.expect(steps + 1.0);
-  collector.append(gf_point(contour.pieces.front(), 0.0));
+  collector.append(contour.pieces.front().point(0.0));
   double before = 0.0;  // length of the pieces passed
   auto piece = contour.pieces.begin();
-  double pieceLength = gf_length(*piece);
+  double pieceLength = piece->length();
   for (double i = 1.0; i < steps; ++i) {
     double const pos = length * i / steps;
     while (pos > before + pieceLength && piece + 1 != contour.pieces.end()) {
       before += pieceLength;
-      pieceLength = gf_length(*++piece);
+      ++piece;
+      pieceLength = piece->length();
     }
-    collector.append(gf_point(*piece, gf_paramAtLength(*piece, pos - before)));
+    collector.append(piece->point(piece->paramAtLength(pos - before)));
   }
-  collector.append(gf_point(contour.pieces.back(), 1.0));
+  collector.append(contour.pieces.back().point(1.0));
 }
 
 bool isUsable(double limit)

@@ -46,7 +46,7 @@ gxVector<2> firstPoint(gx_Outline const &outline)
 {
   for (gx_Contour const &contour : outline.contours)
     if (!contour.pieces.empty())
-      return gf_point(contour.pieces.front(), 0.0);
+      return contour.pieces.front().point(0.0);
   throw gxShapesError::EmptyShape();
 }
 
@@ -54,7 +54,7 @@ gxVector<2> lastPoint(gx_Outline const &outline)
 {
   for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
     if (!contour->pieces.empty())
-      return gf_point(contour->pieces.back(), 1.0);
+      return contour->pieces.back().point(1.0);
   throw gxShapesError::EmptyShape();
 }
 
@@ -69,7 +69,7 @@ void forPieces(gx_Outline const &outline, Visit visit)
 
 bool hasDirection(gx_Piece const &piece)
 {
-  return !(gf_tangent(piece, 0.0) == gxVector<2>());
+  return !(piece.tangent(0.0) == gxVector<2>());
 }
 
 }  // namespace
@@ -113,7 +113,7 @@ bool gxShape::isReversible() const
 
 gxRect gxShape::boundingBox() const
 {
-  gxRect const box = gf_bounds(outlineOf(*this));
+  gxRect const box = outlineOf(*this).bounds();
   if (box.isEmpty())
     throw gxShapesError::EmptyShape();
   return box;
@@ -124,7 +124,7 @@ gxVector<2> gxShape::nearestPoint(gxVector<2> const &p) const
   gx_Outline const outline = outlineOf(*this);
   gx_Nearest best{firstPoint(outline), 0.0, p.distance(firstPoint(outline))};
   forPieces(outline, [&](gx_Piece const &piece) {
-    gx_Nearest const found = gf_nearest(piece, p);
+    gx_Nearest const found = piece.nearest(p);
     if (found.distance < best.distance)
       best = found;
   });
@@ -133,23 +133,23 @@ gxVector<2> gxShape::nearestPoint(gxVector<2> const &p) const
 
 double gxShape::perimeter() const
 {
-  return gf_length(outlineOf(*this));
+  return outlineOf(*this).length();
 }
 
 double gxShape::nearestPerimPos(gxShapeInfo const &info, gxVector<2> const &p) const
 {
   if (info.numPieces() == 0)
     throw gxShapesError::NotContour();
-  gx_Nearest best = gf_nearest(info.piece(0), p);
+  gx_Nearest best = info.piece(0).nearest(p);
   std::size_t bestPiece = 0;
   for (std::size_t i = 1; i < info.numPieces(); ++i) {
-    gx_Nearest const found = gf_nearest(info.piece(i), p);
+    gx_Nearest const found = info.piece(i).nearest(p);
     if (found.distance < best.distance) {
       best = found;
       bestPiece = i;
     }
   }
-  return info.lengthBefore(bestPiece) + gf_lengthTo(info.piece(bestPiece), best.param);
+  return info.lengthBefore(bestPiece) + info.piece(bestPiece).lengthTo(best.param);
 }
 
 gxVector<2> gxShape::startPoint() const
@@ -168,7 +168,7 @@ gxRadian gxShape::startAngle() const
   for (gx_Contour const &contour : outline.contours)
     for (gx_Piece const &piece : contour.pieces)
       if (hasDirection(piece))
-        return gf_tangent(piece, 0.0).angle();
+        return piece.tangent(0.0).angle();
   throw gxShapesError::NoTangent();
 }
 
@@ -178,7 +178,7 @@ gxRadian gxShape::endAngle() const
   for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
     for (auto piece = contour->pieces.rbegin(); piece != contour->pieces.rend(); ++piece)
       if (hasDirection(*piece))
-        return gf_tangent(*piece, 1.0).angle();
+        return piece->tangent(1.0).angle();
   throw gxShapesError::NoTangent();
 }
 
@@ -191,9 +191,9 @@ gxRadian gxShape::tangentRotation() const
     if (!hasDirection(piece))
       return;
     if (!isFirst)
-      rotation += (gf_tangent(piece, 0.0).angle() - before).signedNorm().value();
-    rotation += gf_rotation(piece);
-    before = gf_tangent(piece, 1.0).angle();
+      rotation += (piece.tangent(0.0).angle() - before).signedNorm().value();
+    rotation += piece.rotation();
+    before = piece.tangent(1.0).angle();
     isFirst = false;
   });
   if (isFirst)
@@ -204,7 +204,7 @@ gxRadian gxShape::tangentRotation() const
 gxRadian gxShape::windingAngle(gxVector<2> const &p) const
 {
   double angle = 0.0;
-  forPieces(openContourOf(*this), [&](gx_Piece const &piece) { angle += gf_winding(piece, p); });
+  forPieces(openContourOf(*this), [&](gx_Piece const &piece) { angle += piece.winding(p); });
   return gxRadian(angle);
 }
 
@@ -213,7 +213,7 @@ bool gxShape::isRightHanded() const
   gx_Outline const outline = regionOf(*this);
   gxXform<2> const toStart(gxMatrix<2>(), -firstPoint(outline));  // so that the products do not cancel
   double doubleArea = 0.0;
-  forPieces(outline, [&](gx_Piece const &piece) { doubleArea += gf_doubleArea(gf_mapped(piece, toStart)); });
+  forPieces(outline, [&](gx_Piece const &piece) { doubleArea += piece.mapped(toStart).doubleArea(); });
   return doubleArea >= 0.0;
 }
 
@@ -223,8 +223,8 @@ bool gxShape::within(gxVector<2> const &p) const
   double angle = 0.0;
   bool isOnOutline = false;
   forPieces(outline, [&](gx_Piece const &piece) {
-    isOnOutline = isOnOutline || gf_nearest(piece, p).point == p;
-    angle += gf_winding(piece, p);
+    isOnOutline = isOnOutline || piece.nearest(p).point == p;
+    angle += piece.winding(p);
   });
   return isOnOutline || std::abs(angle) > gf_turnRadians / 2.0;  // a whole number of turns, but for rounding
 }
@@ -255,8 +255,8 @@ gxPerimPoint gxShape::perimPointAndTangent_(gxShapeInfo const &info, double pos)
 {
   gxShapeInfo::Place const place = info.placeAt(pos);
   gx_Piece const &piece = info.piece(place.piece);
-  gxVector<2> const tangent = gf_tangent(piece, place.param);
-  return {gf_point(piece, place.param), tangent.angle(), !(tangent == gxVector<2>())};
+  gxVector<2> const tangent = piece.tangent(place.param);
+  return {piece.point(place.param), tangent.angle(), !(tangent == gxVector<2>())};
 }
 
 gxPtrHandle<gxShape> gxShape::cloneThat_(gxShape const &that) const

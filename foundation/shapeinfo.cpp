@@ -11,7 +11,7 @@ gxShapeInfo::gxShapeInfo(gxShape const &shape)
   starts_.push_back(length);
   for (std::size_t c = 0; c < outline_.contours.size(); ++c)
     for (std::size_t i = 0; i < outline_.contours[c].pieces.size(); ++i) {
-      length += gf_length(outline_.contours[c].pieces[i]);
+      length += outline_.contours[c].pieces[i].length();
       pieces_.push_back({c, i});
       starts_.push_back(length);
     }
@@ -25,5 +25,5 @@ gxShapeInfo::Place gxShapeInfo::placeAt(double pos) const
     throw gxShapesError::BadCoef();
   auto const end = std::lower_bound(starts_.begin() + 1, starts_.end(), pos);
   std::size_t const i = static_cast<std::size_t>(end - starts_.begin()) - 1;
-  return {i, gf_paramAtLength(piece(i), pos - starts_[i])};
+  return {i, piece(i).paramAtLength(pos - starts_[i])};
 }

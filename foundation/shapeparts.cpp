@@ -20,14 +20,14 @@ bool isStraight(gx_Piece const &piece)
 gxPtrHandle<gxShape> shapeOf(gx_Contour const &contour)
 {
   if (contour.pieces.size() == 1 && !contour.closed)
-    return gf_shapeOf(contour.pieces.front());
+    return contour.pieces.front().shape();
   if (!std::all_of(contour.pieces.begin(), contour.pieces.end(), isStraight))
     throw gxShapesError::BadGeom();
   std::vector<gxVector<2>> vertices;
   for (gx_Piece const &piece : contour.pieces)
-    vertices.push_back(gf_point(piece, 0.0));
+    vertices.push_back(piece.point(0.0));
   if (!contour.closed && !contour.pieces.empty())
-    vertices.push_back(gf_point(contour.pieces.back(), 1.0));
+    vertices.push_back(contour.pieces.back().point(1.0));
   return new gxPolyline(std::move(vertices), contour.closed);
 }
 
@@ -61,11 +61,11 @@ gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, dou
     throw gxShapesError::BadCoef();
   gx_Contour part;
   if (from <= to && first.piece == last.piece) {
-    part.pieces.push_back(gf_part(info.piece(first.piece), first.param, last.param));
+    part.pieces.push_back(info.piece(first.piece).part(first.param, last.param));
     return shapeOf(part);
   }
   std::size_t const contour = info.contourOf(first.piece);
-  part.pieces.push_back(gf_part(info.piece(first.piece), first.param, 1.0));
+  part.pieces.push_back(info.piece(first.piece).part(first.param, 1.0));
   auto const next = [&](std::size_t i) {
     if (i + 1 < info.numPieces() && info.contourOf(i + 1) == contour)
       return i + 1;
@@ -75,7 +75,7 @@ gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, dou
   };
   for (std::size_t i = next(first.piece); i != last.piece; i = next(i))
     part.pieces.push_back(info.piece(i));
-  part.pieces.push_back(gf_part(info.piece(last.piece), 0.0, last.param));
+  part.pieces.push_back(info.piece(last.piece).part(0.0, last.param));
   return shapeOf(part);
 }
 
@@ -88,7 +88,7 @@ std::vector<double> cutsOf(gx_Piece const &piece, gxPolyline const &region)
   std::vector<double> cuts = {0.0, 1.0};
   std::vector<gxVector<2>> const &corners = region.vertices();
   for (std::size_t i = 0; i < corners.size(); ++i) {
-    std::vector<double> const found = gf_crossings(piece, corners[i], corners[(i + 1) % corners.size()]);
+    std::vector<double> const found = piece.crossings(corners[i], corners[(i + 1) % corners.size()]);
     cuts.insert(cuts.end(), found.begin(), found.end());
   }
   std::sort(cuts.begin(), cuts.end());
@@ -125,9 +125,9 @@ class Clipper
   {
     std::vector<double> const cuts = cutsOf(piece, region_);
     for (std::size_t i = 1; i < cuts.size(); ++i) {
-      bool const isInside = region_.within(gf_point(piece, 0.5 * (cuts[i - 1] + cuts[i])));
+      bool const isInside = region_.within(piece.point(0.5 * (cuts[i - 1] + cuts[i])));
       if (isInside)
-        keep(gf_part(piece, cuts[i - 1], cuts[i]));
+        keep(piece.part(cuts[i - 1], cuts[i]));
       else
         drop();
     }

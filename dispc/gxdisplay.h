@@ -50,6 +50,7 @@
 #include "foundation/rect.h"
 #include "foundation/rectangle.h"
 #include "foundation/rigid.h"
+#include "foundation/rlebuf.h"
 #include "foundation/shape.h"
 #include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"

@@ -1,6 +1,7 @@
 #include "foundation/pelbuf.h"
 
 #include "foundation/archive.h"
+#include "foundation/geomarchive.h"
 
 #include <algorithm>
 #include <limits>
@@ -93,16 +94,6 @@ void passPair(gxArchive &archive, gxPair<long> &p)
   archive || x || y;
   p = gxPair<long>(x, y);
 }
-
-void passXform(gxArchive &archive, gxXform<2> &x)
-{
-  gxMatrix<2> const &m = x.matrix();
-  double v[] = {x.translation().x(), x.translation().y(), m.element(0, 0),
-                m.element(0, 1),     m.element(1, 0),     m.element(1, 1)};
-  for (double &d : v)
-    archive || d;
-  x = gxXform<2>(gxMatrix<2>(v[2], v[3], v[4], v[5]), gxVector<2>(v[0], v[1]));
-}
 }  // namespace
 
 gxArchive &operator||(gxArchive &archive, gxPelBuffer<unsigned char> &buffer)
@@ -115,7 +106,7 @@ gxArchive &operator||(gxArchive &archive, gxPelBuffer<unsigned char> &buffer)
   passPair(archive, origin);
   passPair(archive, size);
   passPair(archive, offset);
-  passXform(archive, imageFromClient);
+  archive || imageFromClient;
   if (archive.isStoring())
     return archive;
 

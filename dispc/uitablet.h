@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class gx2Point;
 class gxCircle;
@@ -220,6 +221,25 @@ class GX_API gxUITablet : public gx_UITabletBase
             Layers layer);
   ///@}
 
+  /// @name Icons
+  /// Small bitmaps described by a text. Its first character is the delimiter, which closes each row; rows have one
+  /// width. A digit is a pel of the colour map's entry (of the digit itself beyond the map); `.` and blank are
+  /// transparent; `+` is transparent too, and yet counts as touched, so that a thin icon is easy to hit.
+  ///@{
+  /// Throws gxUIError::BadIconPattern for other characters, ragged rows, and a pattern without a row.
+  static gxRLEBuffer makeIcon(char const *pattern, std::vector<unsigned char> const &colorMap);
+  /// True if the pel at @p pos, from the top left corner, is neither `.` nor blank; false outside. @p width is the
+  /// pitch of the rows in the text, delimiter included, or -1 to find it there. A null pattern is not touched.
+  static bool iconTouched(char const *pattern, gxPair<long> const &pos, long width);
+  /// A cross-hair in a circle, 13 x 13 pels; its pel value 0 draws.
+  static gxRLEBuffer const &pointIcon();
+  /// @p pos is from the centre of the icon.
+  static bool pointIconTouched(gxPair<long> const &pos);
+  /// The point icon, never scaled, with its centre at the point.
+  void drawPointIcon(gxPoint const &p, gxGraphicProps const &props, Layers layer);
+  void drawPointIcon(gxPoint const &p, gxColor const &color, Layers layer);
+  ///@}
+
   /// @name The pen
   /// Each layer's scope holds a pen. A position may be drawPointArg(), which means where the pen is. Steps in pels do
   /// not scale with the map; a step along a direction has @p len pels in the mapped direction, truncated to whole pels.
@@ -272,8 +292,8 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxUIRect textRect(std::string const &text, gxPoint const &p, gxUIFormat const &format, gxUIRect &rect, Layers layer);
   ///@}
 
-  /// A tablet without a display, on which a client can record.
-  static gxUITablet scratchPad;
+  /// A tablet without a display, on which a client can record, from its static initialisers on.
+  static gxUITablet &scratchPad;
 
  protected:
   /// @name Hooks
@@ -383,3 +403,11 @@ void gxUITablet::forEachKid(Operation const &operation)
     operation(k);
   }
 }
+
+/// Makes the scratch pad before the first static initialiser of any source that can name it.
+class GX_API gx_ScratchPadInit
+{
+ public:
+  gx_ScratchPadInit();
+};
+static gx_ScratchPadInit const gf_scratchPadInit;

@@ -1,11 +1,35 @@
 #include "dispc/detail/uitablet_layers.h"
 #include "dispc/uitablet.h"
 
+#include <new>
+#include <utility>
+
 // Construction, copying and destruction of tablets, and the hooks of derived classes.
 
 constinit std::uint32_t gxUITablet::timeStamp_ = 1;
 constinit gxPoint const gxUITablet::drawPointArg_(1.234567e+89, 9.876543e+21);
-gxUITablet gxUITablet::scratchPad;
+
+namespace
+{
+/// The place of the scratch pad, which is made by the first of the sources that ask for it and never unmade: clients
+/// may use it in static initialisers and destructors in whatever order their sources are linked.
+union ScratchPad {
+  constexpr ScratchPad() : none() {}
+  ~ScratchPad() {}
+  char none;
+  gxUITablet tablet;
+};
+constinit ScratchPad scratchPadPlace;
+constinit bool scratchPadMade = false;
+}  // namespace
+
+constinit gxUITablet &gxUITablet::scratchPad = scratchPadPlace.tablet;
+
+gx_ScratchPadInit::gx_ScratchPadInit()
+{
+  if (!std::exchange(scratchPadMade, true))
+    new (&scratchPadPlace.tablet) gxUITablet;
+}
 
 gxUITablet::gxUITablet() : recordOn_(true) {}
 

@@ -1,0 +1,250 @@
+#pragma once
+
+#include "dispc/dispprop.h"
+#include "dispc/uiscope.h"
+#include "foundation/circle.h"
+#include "foundation/ellipse.h"
+#include "foundation/lineseg.h"
+#include "foundation/pelbuf.h"
+#include "foundation/polygon.h"
+#include "foundation/polyline.h"
+
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+/// What a tree of LogScope wrote down, and which of them live.
+struct ScopeLog {
+  std::vector<std::string> lines;
+  std::set<std::string> living;
+  int made = 0;
+
+  /// The lines since the last call.
+  std::vector<std::string> take() { return std::exchange(lines, {}); }
+};
+
+/// A surface that draws nothing and writes down every call, one line each, with its own name in front. Sub-scopes are
+/// named after their parent, "image.1"; temporary ones "image!2". Drawing reports a change as a back end does: the pel
+/// of a point, else the whole scope.
+class LogScope : public gxUIScope
+{
+ public:
+  LogScope(ScopeLog &log, std::string name, gxPair<long> size) : log_(&log), name_(std::move(name)), size_(size)
+  {
+    log_->living.insert(name_);
+  }
+  ~LogScope() override
+  {
+    log_->living.erase(name_);
+    if (quietEnd_)
+      return;
+    line("delete");
+  }
+
+  std::string const &name() const { return name_; }
+  void resize(gxPair<long> size) { size_ = size; }
+  void null(bool on) { null_ = on; }
+  void quietEnd() { quietEnd_ = true; }
+  /// Thrown by every drawing call while set.
+  void throwing(bool on) { throwing_ = on; }
+  using gxUIScope::children;
+  using gxUIScope::drawX;
+  using gxUIScope::drawY;
+  using gxUIScope::parent;
+  using gxUIScope::trackChanges;
+  using gxUIScope::xCoord;
+  using gxUIScope::yCoord;
+  struct Refused {
+  };
+
+  void moveSurface(gxUIScope const &parent, gxUIRect const &rect) override
+  {
+    size_ = rect.sz();
+    line("surface in ", dynamic_cast<LogScope const &>(parent).name_, ' ', rect);
+  }
+  gxUIScope *newSubScope(gxUIRect const &rect, bool temporary) override
+  {
+    auto sub =
+        std::make_unique<LogScope>(*log_, name_ + (temporary ? '!' : '.') + std::to_string(++log_->made), rect.sz());
+    line(temporary ? "clip " : "part ", sub->name_, ' ', rect);
+    if (temporary)
+      sub->subset(*this, rect);
+    else
+      sub->move(*this, rect);
+    return sub.release();
+  }
+  void dragStart() override { line("dragStart"); }
+  void dragStop() override { line("dragStop"); }
+  void dragErase() override { line("dragErase"); }
+  void dragAnimate(bool on) override { line("dragAnimate ", on); }
+  void lockScreenUpdatesPush(bool lock) override { line("lock ", lock); }
+  bool lockScreenUpdatesPop() override
+  {
+    line("unlock");
+    return false;
+  }
+  void optimizeDrawing(bool on) override { line("optimize ", on); }
+
+  void draw(gxEllipseArc const &, gxGraphicProps const &p) override { drawn("ellipseArc", p); }
+  void draw(gxEllipse const &e, gxGraphicProps const &p) override
+  {
+    gxEllipse::gxEllipseGeom const &g = e.geom();
+    drawn("ellipse", p, ' ', g.center, " radii ", g.radii);
+  }
+  void draw(gxPolygon const &s, gxGraphicProps const &p) override
+  {
+    drawn("polygon", p, " mode ", s.fillMode(), points(s.vertices()));
+  }
+  void draw(gxRLEBuffer const &, gxPoint const &at, std::vector<gxColor> const &, bool, unsigned char) override
+  {
+    drawn("icon", {}, ' ', at);
+  }
+  void draw(gxRLEBuffer const &, gxPoint const &at, std::vector<unsigned char> const &, bool, unsigned char) override
+  {
+    drawn("runs", {}, ' ', at);
+  }
+  void draw(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, bool pass, unsigned long v) override
+  {
+    image("image32", b.size(), at, pass, v);
+  }
+  void draw(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, bool pass, unsigned short v) override
+  {
+    image("image16", b.size(), at, pass, v);
+  }
+  void draw(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, bool pass, unsigned short v) override
+  {
+    image("imageWords", b.size(), at, pass, v);
+  }
+  void draw(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, bool pass, unsigned char v,
+            bool flag) override
+  {
+    image("image8", b.size(), at, pass, v, " flag ", flag);
+  }
+  void draw(std::string const &text, gxPoint const &at, gxColor const &f, gxColor const &b, gxUIFormat const &) override
+  {
+    drawn("text", {}, ' ', text, ' ', at, ' ', f, ' ', b);
+  }
+  void draw(gxPolyline const &s, gxGraphicProps const &p) override
+  {
+    drawn("polyline", p, s.isClosed() ? " closed" : " open", points(s.vertices()));
+  }
+  void draw(gxGenRect const &, gxGraphicProps const &p) override { drawn("genRect", p); }
+  void draw(gxEllipseArc2 const &, gxGraphicProps const &p) override { drawn("ellipseArc2", p); }
+  void draw(gxEllipse2 const &, gxGraphicProps const &p) override { drawn("ellipse2", p); }
+  void draw(gxLineSeg const &s, gxGraphicProps const &p) override { drawn("lineSeg", p, ' ', s.start(), ' ', s.end()); }
+  void draw(gxPoint const &s, gxGraphicProps const &p) override
+  {
+    drawn("point", p, ' ', s, &s == &drawPoint() ? " pen" : "");
+  }
+  gxUIRect textRect(std::string const &, gxPoint const &at, gxUIFormat const &, gxUIRect &r) override
+  {
+    return r = gxUIRect(xCoord(at), yCoord(at), 1, 1);
+  }
+  void sample(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned long v) override
+  {
+    image("sample32", b.size(), at, pass, v, " scale ", scale);
+  }
+  void sample(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned short v) override
+  {
+    image("sample16", b.size(), at, pass, v, " scale ", scale);
+  }
+  void sample(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned short v) override
+  {
+    image("sampleWords", b.size(), at, pass, v, " scale ", scale);
+  }
+  void sample(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned char v, bool flag) override
+  {
+    image("sample8", b.size(), at, pass, v, " flag ", flag, " scale ", scale);
+  }
+  void expand(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned long v, InterpolationModes mode) override
+  {
+    image("expand32", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+  }
+  void expand(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned short v, InterpolationModes mode) override
+  {
+    image("expand16", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+  }
+  void expand(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned short v, InterpolationModes mode) override
+  {
+    image("expandWords", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+  }
+  void expand(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
+              unsigned char v, bool flag, InterpolationModes mode) override
+  {
+    image("expand8", b.size(), at, pass, v, " flag ", flag, " scale ", scale, " mode ", mode);
+  }
+  using gxUIScope::draw;
+  using gxUIScope::expand;
+  using gxUIScope::sample;
+
+  void set(gxUIRect const &rect, gxColor const &color) override { drawn("set", {}, ' ', rect, ' ', color); }
+  void set(gxColor const &color) override { drawn("setAll", {}, ' ', color); }
+  void fill(gxPair<long> const &seed, gxColor const &f, gxColor const &b, bool toBoundary) override
+  {
+    drawn("fill", {}, ' ', seed, ' ', f, ' ', b, ' ', toBoundary);
+  }
+  void drawTo(gxPoint const &to, gxGraphicProps const &p) override
+  {
+    drawn("drawTo", p, " from ", drawPoint(), " to ", to);
+    drawStart(to);
+  }
+  void drawToRelPels(long dx, long dy, gxGraphicProps const &p) override
+  {
+    drawn("drawToRelPels", p, ' ', dx, ' ', dy);
+    moveToRel(dx, dy);
+  }
+  bool isNull() const override { return null_; }
+  gxPair<long> size() const override { return size_; }
+
+ private:
+  template <class... T>
+  void line(T const &...parts)
+  {
+    std::ostringstream os;
+    os << name_ << ": ";
+    (os << ... << parts);
+    log_->lines.push_back(os.str());
+  }
+  template <class... T>
+  void drawn(char const *what, gxGraphicProps const &props, T const &...parts)
+  {
+    if (throwing_)
+      throw Refused();
+    if (props == gxGraphicProps())
+      line(what, parts...);
+    else
+      line(what, parts..., " [", props, ']');
+    modified(true);
+    if (trackChanges())
+      change(gxUIRect(gxPair<long>(), size_), false);
+  }
+  template <class... T>
+  void image(char const *what, gxPair<long> const &size, gxPoint const &at, bool pass, unsigned long v,
+             T const &...parts)
+  {
+    drawn(what, {}, ' ', size, " at ", at, pass ? " pass " : " solid ", v, parts...);
+  }
+  static std::string points(std::vector<gxVector<2>> const &vertices)
+  {
+    std::ostringstream os;
+    for (gxVector<2> const &v : vertices)
+      os << ' ' << v;
+    return os.str();
+  }
+
+  ScopeLog *log_;
+  std::string name_;
+  gxPair<long> size_;
+  bool null_ = false;
+  bool quietEnd_ = false;
+  bool throwing_ = false;
+};

@@ -87,7 +87,8 @@ class GX_API gxShape : public virtual gxPersistent, public virtual gxRepBase
   virtual gxPtrHandle<gxShape> mapShape(gxXform<2> const &xform) const = 0;
   /// The shape with its contours run backward. Throws NotReversible.
   virtual gxPtrHandle<gxShape> reverse() const;
-  /// The same contours as line segments, elliptical arcs and Bezier curves, in trees where there are several.
+  /// The same contours as line segments, elliptical arcs and Bezier curves: a single open one as itself, a chain of
+  /// them as a gxContourTree, a region of several contours as a gxRegionTree whose first contour encloses the others.
   virtual gxPtrHandle<gxShape> decompose() const;
   /// The part of the outline between two places. On a closed contour @p from may lie behind @p to: the part then
   /// passes the start. Throws BadCoef for places outside 0 to `perimeter()` or in the wrong order, BadGeom for

@@ -3,6 +3,7 @@
 #include "foundation/polyline.h"
 #include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
+#include "foundation/shapetree.h"
 
 #include <algorithm>
 
@@ -11,18 +12,24 @@
 namespace
 {
 
-bool isStraight(gx_Piece const &piece)
-{
-  return std::holds_alternative<gx_LinePiece>(piece);
-}
-
-/// A contour as the simplest shape that holds it.
-gxPtrHandle<gxShape> shapeOf(gx_Contour const &contour)
+/// A contour as a tree of simple shapes; an open one of a single piece as that shape itself.
+gxPtrHandle<gxShape> decomposed(gx_Contour const &contour)
 {
   if (contour.pieces.size() == 1 && !contour.closed)
     return contour.pieces.front().shape();
-  if (!std::all_of(contour.pieces.begin(), contour.pieces.end(), isStraight))
-    throw gxShapesError::BadGeom();
+  gxShapeTree::Children children;
+  for (gx_Piece const &piece : contour.pieces)
+    children.push_back(piece.shape());
+  return new gxContourTree(std::move(children), contour.closed);
+}
+
+/// A contour as the simplest shape: a polyline if it is straight.
+gxPtrHandle<gxShape> simplest(gx_Contour const &contour)
+{
+  auto const isStraight = [](gx_Piece const &piece) { return piece.isStraight(); };
+  if ((contour.pieces.size() == 1 && !contour.closed) ||
+      !std::all_of(contour.pieces.begin(), contour.pieces.end(), isStraight))
+    return decomposed(contour);
   std::vector<gxVector<2>> vertices;
   for (gx_Piece const &piece : contour.pieces)
     vertices.push_back(piece.point(0.0));
@@ -31,13 +38,17 @@ gxPtrHandle<gxShape> shapeOf(gx_Contour const &contour)
   return new gxPolyline(std::move(vertices), contour.closed);
 }
 
-gxPtrHandle<gxShape> shapeOf(gx_Outline const &outline)
+/// Several contours as a set, one as itself, none as an empty polyline.
+gxPtrHandle<gxShape> simplest(gx_Outline const &outline)
 {
   if (outline.contours.empty())
     return new gxPolyline();
-  if (outline.contours.size() > 1)
-    throw gxShapesError::BadGeom();
-  return shapeOf(outline.contours.front());
+  if (outline.contours.size() == 1)
+    return simplest(outline.contours.front());
+  gxShapeTree::Children children;
+  for (gx_Contour const &contour : outline.contours)
+    children.push_back(simplest(contour));
+  return new gxShapeTree(std::move(children));
 }
 
 }  // namespace
@@ -48,7 +59,18 @@ gxPtrHandle<gxShape> gxShape::decompose() const
     return clone();
   gx_Outline outline;
   appendOutline(outline);
-  return shapeOf(outline);
+  if (outline.contours.size() <= 1)
+    return outline.contours.empty() ? new gxContourTree : decomposed(outline.contours.front());
+  if (isRegion()) {
+    gxPtrHandle<gxRegionTree> const tree = new gxRegionTree(decomposed(outline.contours.front()));
+    for (std::size_t i = 1; i < outline.contours.size(); ++i)
+      tree->addRegion(gxPtrHandle_const<gxShape>(decomposed(outline.contours[i])));
+    return tree;
+  }
+  gxShapeTree::Children children;
+  for (gx_Contour const &contour : outline.contours)
+    children.push_back(decomposed(contour));
+  return new gxShapeTree(std::move(children));
 }
 
 gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, double to) const
@@ -62,7 +84,7 @@ gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, dou
   gx_Contour part;
   if (from <= to && first.piece == last.piece) {
     part.pieces.push_back(info.piece(first.piece).part(first.param, last.param));
-    return shapeOf(part);
+    return simplest(part);
   }
   std::size_t const contour = info.contourOf(first.piece);
   part.pieces.push_back(info.piece(first.piece).part(first.param, 1.0));
@@ -76,7 +98,7 @@ gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, dou
   for (std::size_t i = next(first.piece); i != last.piece; i = next(i))
     part.pieces.push_back(info.piece(i));
   part.pieces.push_back(info.piece(last.piece).part(0.0, last.param));
-  return shapeOf(part);
+  return simplest(part);
 }
 
 namespace
@@ -176,5 +198,5 @@ gxPtrHandle<gxShape> gxShape::clip_(gxPolyline const &region, gxClipInfo &info) 
   for (gx_Contour const &contour : outline.contours)
     clipper.clip(contour);
   info.set(clipper.isCut(), inside.contours.empty());
-  return clipper.isCut() ? shapeOf(inside) : clone();
+  return clipper.isCut() ? simplest(inside) : clone();
 }

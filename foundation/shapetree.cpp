@@ -1,0 +1,154 @@
+#include "foundation/shapetree.h"
+
+#include "foundation/outline.h"
+#include "foundation/rect.h"
+#include "foundation/shapearchive.h"
+#include "foundation/shapeserror.h"
+
+#include <algorithm>
+
+GX_SHAPE_IMPL(gxShapeTree, gxShape)
+
+void gxShapeTree::passFields_(gxArchive &archive)
+{
+  gf_passChildren(archive, *this, children_);
+}
+
+namespace
+{
+
+gxPtrHandle_const<gxShape> const &notNull(gxPtrHandle_const<gxShape> const &shape)
+{
+  if (shape.isNull())
+    gf_throwBadPointer();
+  return shape;
+}
+
+}  // namespace
+
+gxShapeTree::gxShapeTree(Children children) : children_(std::move(children))
+{
+  std::for_each(children_.begin(), children_.end(), notNull);
+}
+
+gxPtrHandle_const<gxShape> const &gxShapeTree::child(long i) const
+{
+  if (i < 0 || i >= numChildren())
+    throw gxShapesError::BadCoef();
+  return children_[static_cast<std::size_t>(i)];
+}
+
+void gxShapeTree::addChild(gxShape const &child)
+{
+  addChild(gxPtrHandle_const<gxShape>(cloneThat_(child)));
+}
+
+void gxShapeTree::addChild(gxPtrHandle_const<gxShape> const &child)
+{
+  notNull(child);
+  mutating();
+  children_.push_back(child);
+}
+
+bool gxShapeTree::isFinite() const
+{
+  return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isFinite(); });
+}
+
+bool gxShapeTree::isEmpty() const
+{
+  return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isEmpty(); });
+}
+
+bool gxShapeTree::isDecomposed() const
+{
+  return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isDecomposed(); });
+}
+
+bool gxShapeTree::isReversible() const
+{
+  return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isReversible(); });
+}
+
+gxRect gxShapeTree::boundingBox() const
+{
+  gxRect box;
+  for (auto const &child : children_)
+    if (!child->isEmpty())
+      box = box.enclose(child->boundingBox());
+  if (box.isEmpty())
+    throw gxShapesError::EmptyShape();
+  return box;
+}
+
+gxVector<2> gxShapeTree::nearestPoint(gxVector<2> const &p) const
+{
+  bool isFound = false;
+  gxVector<2> best;
+  for (auto const &child : children_) {
+    if (child->isEmpty())
+      continue;
+    gxVector<2> const found = child->nearestPoint(p);
+    if (!isFound || p.distance(found) < p.distance(best))
+      best = found;
+    isFound = true;
+  }
+  if (!isFound)
+    throw gxShapesError::EmptyShape();
+  return best;
+}
+
+gxPtrHandle<gxShape> gxShapeTree::withChildren(Children children) const
+{
+  gxPtrHandle<gxShape> const copy = clone();
+  static_cast<gxShapeTree &>(*copy).children_ = std::move(children);
+  return copy;
+}
+
+gxPtrHandle<gxShape> gxShapeTree::mapShape(gxXform<2> const &xform) const
+{
+  Children images;
+  for (auto const &child : children_)
+    images.push_back(child->mapShape(xform));
+  return withChildren(std::move(images));
+}
+
+gxPtrHandle<gxShape> gxShapeTree::decompose() const
+{
+  Children parts;
+  for (auto const &child : children_)
+    parts.push_back(child->isDecomposed() ? child : child->decompose());
+  return withChildren(std::move(parts));
+}
+
+gxPtrHandle<gxShape> gxShapeTree::reverse_() const
+{
+  Children turned;
+  for (auto const &child : children_)
+    turned.push_back(child->reverse());
+  return withChildren(std::move(turned));
+}
+
+void gxShapeTree::sample(gxSampleParams const &params, gxSampleResult &result) const
+{
+  std::size_t const points = result.positions().size(), contours = result.contourStarts().size();
+  try {
+    for (auto const &child : children_)
+      child->sample(params, result);
+  } catch (...) {
+    result.truncate(points, contours);
+    throw;
+  }
+}
+
+void gxShapeTree::appendOutline(gx_Outline &outline) const
+{
+  for (auto const &child : children_)
+    child->appendOutline(outline);
+}
+
+bool gxShapeTree::equalChildren(gxShapeTree const &other) const
+{
+  return std::equal(children_.begin(), children_.end(), other.children_.begin(), other.children_.end(),
+                    [](auto const &a, auto const &b) { return *a == *b; });
+}

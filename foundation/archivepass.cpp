@@ -1,0 +1,24 @@
+#include "foundation/detail/archivepass.h"
+
+#include <algorithm>
+
+thread_local gx_Pass *gx_Pass::innermost_ = nullptr;
+
+bool gx_Pass::isPassing(gxArchive const &archive, gxPersistent const &object)
+{
+  for (gx_Pass const *pass = innermost_; pass; pass = pass->outer_) {
+    if (pass->object_ == &object && &pass->archive_ == &archive)
+      return true;
+  }
+  return false;
+}
+
+void gx_Pass::refuseDepth() const
+{
+  archive_.fail("objects are nested deeper than " + std::to_string(archive_.limits_.maxDepth));
+}
+
+bool gx_Pass::isMarkedFurther(void const *part, std::size_t size, void const *level) const
+{
+  return std::find(more_.begin(), more_.end(), Mark{part, size, level}) != more_.end();
+}

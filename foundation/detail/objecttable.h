@@ -1,0 +1,83 @@
+#pragma once
+
+#include "foundation/archive.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <typeinfo>
+#include <unordered_map>
+#include <vector>
+
+/// What one archive knows of the objects that passed through it as pointers, and of their classes.
+///
+/// An object gets its number, counted from 0, as soon as its class is told, before its fields: so rings of pointers
+/// end. The number is kept inside the object, beside the identity of the archive; only if a second archive numbers
+/// the object while the first one lives does the first one note it in a map.
+class gx_ObjectTable
+{
+ public:
+  explicit gx_ObjectTable(gxArchive &archive);
+  /// Lets go of the loaded objects, the last one first, so that an object goes before the older ones it may refer to.
+  ~gx_ObjectTable();
+  gx_ObjectTable(gx_ObjectTable const &) = delete;
+  gx_ObjectTable &operator=(gx_ObjectTable const &) = delete;
+
+  void store(gxPersistent *object);
+  /// @param shared the archive keeps an object that is no gxRepBase
+  gxPersistent *load(bool shared);
+
+  std::size_t size() const { return entries_.size(); }
+  /// Drops the objects from number @p first on, after a failed load: empties them, since they may refer to each other
+  /// in rings, and lets go of them.
+  void abandon(std::size_t first) noexcept;
+
+  /// The archive's thread has changed or is destroying the object. changed() returns true if the archive still needs to
+  /// hear of this object.
+  bool changed(gxPersistent &object);
+  void destroyed(gxPersistent &object);
+
+  /// The living archives of this thread, the youngest first.
+  static gx_ObjectTable *living() { return living_; }
+  gx_ObjectTable *older() const { return older_; }
+  gxArchive &archive() const { return archive_; }
+
+ private:
+  struct Entry {
+    gxPersistent *object;  // null once the object is forgotten
+    gxRepBase *held;       // null if the archive holds nothing
+  };
+  struct LoadedClass {
+    gx_Instantiator const *instantiator;
+    std::ptrdiff_t toRepBase;  // from the gxPersistent inside an object to its gxRepBase
+    bool isRepBase;
+    bool isKnown;  // the two above are known, from the first object
+  };
+  static constexpr std::uint32_t none = 0xffffffff;
+
+  std::uint32_t numberOf(gxPersistent const &object) const;
+  std::uint32_t add(gxPersistent &object, gxRepBase *held);
+  void forget(std::uint32_t number);
+
+  void storeClass(std::type_info const &type);
+  void storeNewClass(std::type_info const &type);
+  gxPersistent *loadReference();
+  std::size_t loadKnownClass();
+  std::size_t loadNewClass();
+  gxPersistent *loadObject(std::size_t classNumber, bool shared);
+  static gxRepBase *repBaseOf(gxPersistent &object, LoadedClass &loadedClass);
+
+  gxArchive &archive_;
+  std::uint32_t id_;
+  gx_ObjectTable *older_;
+  gx_ObjectTable *younger_ = nullptr;
+  static thread_local gx_ObjectTable *living_;
+
+  std::vector<Entry> entries_;
+  std::unordered_map<gxPersistent const *, std::uint32_t> displaced_;  // objects that another archive numbered later
+  std::vector<gxPersistent *> owned_;                                  // shared objects that no handle can own
+
+  std::unordered_map<std::type_info const *, unsigned short> storedClasses_;
+  std::type_info const *lastType_ = nullptr;
+  unsigned short lastClass_ = 0;
+  std::vector<LoadedClass> loadedClasses_;
+};

@@ -1,0 +1,69 @@
+#include "foundation/persistent.h"
+
+#include "foundation/detail/archivepass.h"
+#include "foundation/detail/objecttable.h"
+
+gxPersistent::~gxPersistent()
+{
+  if (!tracked_)
+    return;
+  for (gx_ObjectTable *table = gx_ObjectTable::living(); table; table = table->older())
+    table->destroyed(*this);
+}
+
+// The root has no fields. What an archive keeps of an object belongs to the archive, not into the stream.
+void gxPersistent::dispatchSerialize(gxArchive &) {}
+
+void gxPersistent::reInit() {}
+
+void gxPersistent::mutating_()
+{
+  bool needed = false;
+  for (gx_ObjectTable *table = gx_ObjectTable::living(); table; table = table->older()) {
+    if (table->changed(*this))
+      needed = true;
+  }
+  tracked_ = needed;
+}
+
+bool gxPersistent::haveVisited(void const *part, std::size_t size, void const *level)
+{
+  gx_Pass const *const pass = gx_Pass::innermost();
+  return pass && pass->isMarked(part, size, level);
+}
+
+void gxPersistent::setVisited(void const *part, std::size_t size, void const *level)
+{
+  if (gx_Pass *const pass = gx_Pass::innermost())
+    pass->mark(part, size, level);
+}
+
+void gxPersistent::serializePointer(gxArchive &archive, gxPersistent *in, gxPersistent *&out)
+{
+  out = archive.isStoring() ? (archive.objects_->store(in), in) : archive.objects_->load(false);
+}
+
+gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object)
+{
+  if (archive.isLoading())
+    return archive.objects_->load(true);
+  archive.objects_->store(object);
+  return object;
+}
+
+gxArchive &operator||(gxArchive &archive, gxPersistent &object)
+{
+  bool const outermost = archive.depth_ == 0;
+  std::size_t const known = archive.objects_->size();
+  if (archive.isLoading())
+    object.mutating();
+  try {
+    gx_Pass const pass(archive, object);
+    object.dispatchSerialize(archive);
+  } catch (...) {
+    if (archive.isLoading() && outermost)
+      archive.objects_->abandon(known);
+    throw;
+  }
+  return archive;
+}

@@ -1,7 +1,7 @@
 #include "foundation/archive.h"
 
-#include "foundation/detail/archivepass.h"
 #include "foundation/bytes.h"
+#include "foundation/detail/archivepass.h"
 #include "foundation/detail/objecttable.h"
 
 #include <cstring>

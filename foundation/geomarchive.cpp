@@ -3,6 +3,15 @@
 namespace
 {
 
+// Passes the two coordinates of any kind of pair.
+template <class Pair, class T>
+gxArchive &passCoordinates(gxArchive &archive, Pair &v, T x, T y)
+{
+  archive || x || y;
+  v = Pair(x, y);
+  return archive;
+}
+
 template <class Angle>
 gxArchive &passAngle(gxArchive &archive, Angle &v)
 {
@@ -13,6 +22,16 @@ gxArchive &passAngle(gxArchive &archive, Angle &v)
 }
 
 }  // namespace
+
+gxArchive &operator||(gxArchive &archive, gxPair<long> &v)
+{
+  return passCoordinates(archive, v, v.x(), v.y());
+}
+
+gxArchive &operator||(gxArchive &archive, gxPair<double> &v)
+{
+  return passCoordinates(archive, v, v.x(), v.y());
+}
 
 gxArchive &operator||(gxArchive &archive, gxRadian &v)
 {
@@ -26,11 +45,7 @@ gxArchive &operator||(gxArchive &archive, gxDegree &v)
 
 gxArchive &operator||(gxArchive &archive, gxVector<2> &v)
 {
-  double x = v.x();
-  double y = v.y();
-  archive || x || y;
-  v = gxVector<2>(x, y);
-  return archive;
+  return passCoordinates(archive, v, v.x(), v.y());
 }
 
 gxArchive &operator||(gxArchive &archive, gxMatrix<2> &v)

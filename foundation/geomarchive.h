@@ -9,6 +9,10 @@
 
 #include <vector>
 
+/// x, y; 32 bits each.
+GX_API gxArchive &operator||(gxArchive &archive, gxPair<long> &v);
+/// x, y.
+GX_API gxArchive &operator||(gxArchive &archive, gxPair<double> &v);
 GX_API gxArchive &operator||(gxArchive &archive, gxRadian &v);
 GX_API gxArchive &operator||(gxArchive &archive, gxDegree &v);
 /// x, y.

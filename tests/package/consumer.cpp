@@ -5,7 +5,8 @@
 #include <iostream>
 #include <string>
 
-namespace {
+namespace
+{
 
 bool throwsSingular()
 {

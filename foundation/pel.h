@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/export.h"
 #include "foundation/pelerror.h"
 
 #include <cstdint>
@@ -8,7 +9,7 @@
 /// The types of a pel. A pel buffer holds `unsigned char`, `unsigned short`, gxPackedRGB16Pel or gxPackedRGB32Pel.
 
 /// A pel of 16 bits: red in the top 5 bits, green in the middle 6, blue in the low 5.
-class gxPackedRGB16Pel
+class GX_API gxPackedRGB16Pel
 {
  public:
   /// Black.
@@ -41,7 +42,7 @@ class gxPackedRGB16Pel
 
 /// A pel of 32 bits: the bytes red, green, blue and a spare one, in this order in memory. The spare byte is carried
 /// along by every operation and has no meaning of its own.
-class alignas(std::uint32_t) gxPackedRGB32Pel
+class GX_API alignas(std::uint32_t) gxPackedRGB32Pel
 {
  public:
   /// Black.

@@ -230,7 +230,8 @@ Faults foreignHeaders(Files const &files, FloorTable const &floors, int upToFloo
   Faults faults;
   forEachInclude(files, false, [&](std::string const &path, Include const &include) {
     bool const standard = include.name.find_first_of("./") == std::string::npos;
-    if (!standard && floors.floorOf(path).value_or(0) <= upToFloor)
+    bool const intrinsics = include.name.ends_with("mmintrin.h");  // the compiler's own
+    if (!standard && !intrinsics && floors.floorOf(path).value_or(0) <= upToFloor)
       faults.push_back(place(path, include) + "<" + include.name + "> is no header of the standard library of C++");
   });
   return faults;

@@ -33,18 +33,23 @@ void gxGraphicProps::throwBadParams()
   throw BadParams();
 }
 
+void gxGraphicProps::decode(unsigned char const *from, gxGraphicProps &target)
+{
+  target.fill(from[0] != 0);
+  target.penWidth(gf_getLittle<std::int32_t>(from + 1));
+  target.penStyle(gf_getLittle<gePenStyle>(from + 5));
+  target.penJoin(gf_getLittle<gePenJoin>(from + 9));
+  target.penEndCap(gf_getLittle<gePenEndCap>(from + 13));
+  target.arrowHead(from[17] != 0);
+  target.arrowHeadForward(from[18] != 0);
+  target.showVertex(from[19] != 0);
+}
+
 long gxGraphicProps::opcode(gxGraphicProps *target, unsigned char const *bytes) const
 {
   if (!target || !bytes)
     return 0;
-  target->fill(bytes[0] != 0);
-  target->penWidth(gf_getLittle<std::int32_t>(bytes + 1));
-  target->penStyle(gf_getLittle<gePenStyle>(bytes + 5));
-  target->penJoin(gf_getLittle<gePenJoin>(bytes + 9));
-  target->penEndCap(gf_getLittle<gePenEndCap>(bytes + 13));
-  target->arrowHead(bytes[17] != 0);
-  target->arrowHeadForward(bytes[18] != 0);
-  target->showVertex(bytes[19] != 0);
+  decode(bytes, *target);
   return codedSize - 1;
 }
 

@@ -104,6 +104,29 @@ class GX_API gxGraphicProps : public virtual gxPersistent
     return a.penColor_ == b.penColor_ && a.coded_ == b.coded_;
   }
 
+  /// @name The coding of sketches
+  /// All but the color: a version byte, 0, and the fields, little-endian without padding.
+  /// @{
+  static constexpr long codedSize = 21;
+  /// Writes the codedSize bytes; returns the address behind them.
+  static unsigned char *encode(unsigned char *to, gxGraphicProps const &props)
+  {
+    Coded const &p = props.coded_;
+    *to++ = 0;
+    *to++ = p.fill;
+    to = gf_putLittle(to, p.penWidth);
+    to = gf_putLittle(to, p.penStyle);
+    to = gf_putLittle(to, p.penJoin);
+    to = gf_putLittle(to, p.penEndCap);
+    *to++ = p.arrowHead;
+    *to++ = p.arrowHeadForward;
+    *to++ = p.showVertex;
+    return to;
+  }
+  /// Reads what lies behind the version byte, codedSize - 1 bytes, by the setters: a bad width throws BadParams.
+  static void decode(unsigned char const *from, gxGraphicProps &target);
+  /// @}
+
  private:
   friend class gxUISketch;
   friend class gx_UISketchOpHeader;
@@ -138,29 +161,9 @@ class GX_API gxGraphicProps : public virtual gxPersistent
   }
   [[noreturn]] static void throwBadParams();
 
-  /// Bytes of the properties without the color in a sketch: a version byte, 0, and the fields.
-  static constexpr long codedSize = 21;
-
-  /// Writes the codedSize bytes; returns the address behind them.
-  static unsigned char *encode(unsigned char *to, gxGraphicProps const &props)
-  {
-    Coded const &p = props.coded_;
-    *to++ = 0;
-    *to++ = p.fill;
-    to = gf_putLittle(to, p.penWidth);
-    to = gf_putLittle(to, p.penStyle);
-    to = gf_putLittle(to, p.penJoin);
-    to = gf_putLittle(to, p.penEndCap);
-    *to++ = p.arrowHead;
-    *to++ = p.arrowHeadForward;
-    *to++ = p.showVertex;
-    return to;
-  }
-
   /// Appends @p value without its color to the sketch. Returns the number of bytes, 21; 0 for no sketch.
   long opcode(gxUISketch *sketch, gxGraphicProps const &value) const;
-  /// Reads what encode() wrote behind the version byte into @p target, by its setters: a bad width throws BadParams.
-  /// Returns the number of bytes, 20; 0 for no target or no bytes.
+  /// As decode(). Returns the number of bytes, 20; 0 for no target or no bytes.
   long opcode(gxGraphicProps *target, unsigned char const *bytes) const;
 
   gxColor penColor_ = gxColor::cyanColor();

@@ -27,23 +27,6 @@ void passVersion(gxArchive &archive)
   if (version != 0)
     throw gxArchive::UnknownVersion(module, __LINE__);
 }
-
-template <class T>
-gxArchive &store(gxArchive &archive, T const &value)
-{
-  if (archive.isLoading())
-    archive.fail("operator<< on an archive that loads");
-  T copy = value;
-  return archive || copy;
-}
-
-template <class T>
-gxArchive &load(gxArchive &archive, T &value)
-{
-  if (archive.isStoring())
-    archive.fail("operator>> on an archive that stores");
-  return archive || value;
-}
 }  // namespace
 
 void gxColor::throwNotIndex()
@@ -94,26 +77,6 @@ gxArchive &operator||(gxArchive &archive, gxColor &color)
   passed.flags_ &= gxColor::stockFlag | gxColor::rgbFlag | gxColor::indexFlag;
   color = passed;
   return archive;
-}
-
-gxArchive &operator<<(gxArchive &archive, gxRGB const &rgb)
-{
-  return store(archive, rgb);
-}
-
-gxArchive &operator>>(gxArchive &archive, gxRGB &rgb)
-{
-  return load(archive, rgb);
-}
-
-gxArchive &operator<<(gxArchive &archive, gxColor const &color)
-{
-  return store(archive, color);
-}
-
-gxArchive &operator>>(gxArchive &archive, gxColor &color)
-{
-  return load(archive, color);
 }
 
 std::ostream &operator<<(std::ostream &os, gxRGB const &rgb)

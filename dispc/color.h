@@ -199,15 +199,6 @@ GX_API gxr_color gfColor(gxColor const &color);
 /// Passes the three components through; the fourth byte stays as it is. Throws gxArchive::UnknownVersion.
 GX_API gxArchive &operator||(gxArchive &archive, gxRGB &rgb);
 
-/// @name Storing and loading
-/// The same form as by `||`; throw gxArchive::Errors if the archive goes the other way.
-/// @{
-GX_API gxArchive &operator<<(gxArchive &archive, gxRGB const &rgb);
-GX_API gxArchive &operator>>(gxArchive &archive, gxRGB &rgb);
-GX_API gxArchive &operator<<(gxArchive &archive, gxColor const &color);
-GX_API gxArchive &operator>>(gxArchive &archive, gxColor &color);
-/// @}
-
 /// "#ff0000".
 GX_API std::ostream &operator<<(std::ostream &os, gxRGB const &rgb);
 /// The forms that the color has, as in "stock 249 #ff0000".

@@ -1,22 +1,19 @@
 #include "dispc/uirect.h"
 
 #include "foundation/archive.h"
+#include "foundation/geomarchive.h"
 
 namespace
 {
 constexpr char const *module = "dispc/uirect";
 constexpr long versionLine = 156;  ///< what the exception says, in every release
 
+/// A pair inside of a rectangle has a version byte of its own.
 void passPair(gxArchive &archive, gxPair<long> &pair)
 {
-  unsigned char version = 0;
-  archive || version;
-  if (version != 0)
+  if (gf_passVersion(archive, 0) != 0)
     throw gxArchive::UnknownVersion(nullptr, 0);
-  long x = pair.x();
-  long y = pair.y();
-  archive || x || y;
-  pair = gxPair<long>(x, y);
+  archive || pair;
 }
 }  // namespace
 

@@ -77,9 +77,7 @@ gxUIRect gxUIFormat::alignRect(gxUIRect const &r) const
 
 gxArchive &operator||(gxArchive &archive, gxUIFormat &format)
 {
-  unsigned char version = 0;
-  archive || version;
-  if (version != 0)
+  if (gf_passVersion(archive, 0) != 0)
     throw gxArchive::UnknownVersion(module, versionLine);
   long fontId = format.fontId();
   int alignment = format.alignment();

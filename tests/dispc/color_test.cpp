@@ -1,7 +1,7 @@
 #include "dispc/color.h"
 
 #include "dispc/uierror.h"
-#include "tests/archived.h"
+#include "tests/support/archived.h"
 
 #include <gtest/gtest.h>
 
@@ -184,6 +184,7 @@ TEST(Color, ArchiveForms)
   EXPECT_THROW(storing >> color, gxArchive::Errors);
   EXPECT_THROW(storing >> rgb, gxArchive::Errors);
   EXPECT_EQ(color, gxColor::purple);
+  storing.close();
   gxLoadingArchive loading(stream);
   EXPECT_THROW(loading << color, gxArchive::Errors);
   loading >> color >> rgb;

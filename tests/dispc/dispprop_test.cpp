@@ -1,6 +1,6 @@
 #include "dispc/dispprop.h"
 
-#include "tests/archived.h"
+#include "tests/support/archived.h"
 
 #include <gtest/gtest.h>
 
@@ -112,14 +112,12 @@ TEST(GraphicProps, ArchiveForm)
                                       4, 3, 2,   1, 0xF9, 0xFF, 0xFF, 0xFF,  // width, style
                                       1, 2, 0,   0, 0,    0xFF, 0xFF, 0xFF, 0x7F, 0, 0, 1});
   std::string const bytes = archivedBytes(changed(all));
-  ASSERT_GT(bytes.size(), fields.size());
-  EXPECT_EQ(bytes[0], 0);
-  EXPECT_EQ(bytes.substr(bytes.size() - fields.size()), fields);
+  ASSERT_EQ(bytes, bytesOf({0}) + fields);
   EXPECT_EQ(refusalOfVersion(bytes, 0, Props(), "dispc/dispprop", -1), "");
 
   // no check of ranges on loading, not even of the width
   std::string negative = bytes;
-  negative.replace(bytes.size() - fields.size() + 7, 4, "\xFF\xFF\xFF\xFF");
+  negative.replace(8, 4, "\xFF\xFF\xFF\xFF");
   Props p;
   loadArchived(negative, p);
   EXPECT_EQ(p.penWidth(), -1);

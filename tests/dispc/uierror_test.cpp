@@ -1,7 +1,7 @@
 #include "dispc/uierror.h"
 
 #include "dispc/dispprop.h"
-#include "tests/archived.h"
+#include "tests/support/archived.h"
 
 #include <gtest/gtest.h>
 
@@ -94,6 +94,7 @@ TEST(UIError, UnknownVersionNamesTheClass)
   gxStoringArchive storing(os);
   unsigned char before = 0x5A;
   storing || before || error;
+  storing.flush();
   std::string stored = os.str();
   stored.at(archivedHead().size()) = 1;
   std::istringstream is(stored);

@@ -1,6 +1,6 @@
 #include "dispc/uistring.h"
 
-#include "tests/archived.h"
+#include "tests/support/archived.h"
 
 #include <gtest/gtest.h>
 

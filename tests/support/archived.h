@@ -15,6 +15,7 @@ inline std::string archivedHead()
   gxStoringArchive archive(os);
   unsigned char before = 0x5A;
   archive || before;
+  archive.flush();
   return os.str();
 }
 
@@ -26,6 +27,7 @@ std::string archivedBytes(T value)
   gxStoringArchive archive(os);
   unsigned char before = 0x5A;
   archive || before || value;
+  archive.flush();
   return os.str().substr(archivedHead().size());
 }
 

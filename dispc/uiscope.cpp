@@ -1,5 +1,6 @@
 #include "dispc/uiscope.h"
 
+#include "dispc/uierror.h"
 #include "foundation/numbers.h"
 
 #include <algorithm>
@@ -73,6 +74,9 @@ void gxUIScope::move(gxUIScope const &parent, gxUIRect const &rect)
 {
   // The parent is constant for the caller; its place in the tree is the base class's own affair.
   auto &newParent = const_cast<gxUIScope &>(parent);
+  for (gxUIScope const *above = &parent; above; above = above->parent_)
+    if (above == this)
+      throw gxUIError::BadParams();
   gxPair<long> const offset = rect.ul() - parent.org();
   org_ = gxPair<long>(std::max(0L, (-offset).x()), std::max(0L, (-offset).y()));
   newParent.children_.checkGrowth();

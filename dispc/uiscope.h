@@ -211,7 +211,8 @@ class GX_API gxUIScope
   /// First pel of this scope in device pels.
   gxPair<long> const &org() const { return org_; }
   /// Hangs this scope, with what is below it, under @p parent. The scope gets coordinates of its own: its origin is
-  /// (0, 0), but where @p rect starts before the parent's first pel, the origin is that far inside.
+  /// (0, 0), but where @p rect starts before the parent's first pel, the origin is that far inside. Throws
+  /// gxUIError::BadParams if the parent is this scope or lies below it.
   void move(gxUIScope const &parent, gxUIRect const &rect);
   /// As move(), but the scope keeps device coordinates: its origin is that of @p rect, at least the parent's.
   void subset(gxUIScope const &parent, gxUIRect const &rect);

@@ -58,8 +58,9 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxUITablet(gxUIScope *imageScope, gxUIScope *overlayScope);
   /// A kid in front of all others, on sub-scopes of its parent's, in pels of the parent.
   gxUITablet(gxUITablet &parent, gxUIRect const &rect);
-  /// Field by field: a snapshot. It names the same scopes, parent and kids, but no parent and no kid knows it, and its
-  /// end disturbs no link. Where scopes are owned, only one of the two may be destroyed.
+  /// Field by field: a snapshot. It names the same scopes, parent and kids, but no parent and no kid knows it, it has
+  /// no siblings, and its end disturbs no link. Where scopes are owned, only one of the two may be destroyed; scopes
+  /// that the target of an assignment owned stay with whoever else names them.
   gxUITablet(gxUITablet const &);
   gxUITablet &operator=(gxUITablet const &);
   /// Gives its area back. Kids live on as roots without scopes.
@@ -86,7 +87,8 @@ class GX_API gxUITablet : public gx_UITabletBase
 
   /// @name Scopes
   ///@{
-  /// Installs both scopes at the root of the tree, whatever tablet is asked. @p own: the root deletes them.
+  /// Installs both scopes at the root of the tree, whatever tablet is asked; only the kids of this tablet are brought
+  /// in line, so ask the root. @p own: the root deletes them.
   void setScope(gxUIScope *imageScope, gxUIScope *overlayScope, bool own);
   /// Installs one scope at the root of the tree. Throws gxUIError::BadLayer for layers other than image and overlay.
   void setScope(Layers layer, gxUIScope *scope, bool own);
@@ -297,7 +299,7 @@ class GX_API gxUITablet : public gx_UITabletBase
 
  protected:
   /// @name Hooks
-  /// All are empty here.
+  /// All are empty here. A hook may destroy its own tablet's kids, but no sibling.
   ///@{
   /// The tablet must be repainted on the layers updateLayers(); recording is off meanwhile. No exception may leave it:
   /// locks and flags would stay as they are.

@@ -90,7 +90,7 @@ void gxUITablet::setComplement(gxRect const &r, gxColor const &c, Layers layer)
   drawShape(
       layer, gf_penProps(c), gx_SketchCode::setComplement, clientForm,
       [&](gxUIScope &) {
-        gx_FlagPushed const unrecorded(recordOn_, false);
+        gxFlagPush const unrecorded(recordOn_, false);
         setComplement(pelRect(r), c, layer);
       },
       [&](gx_StreamWriter &payload) { writeForm(payload, r); });
@@ -144,7 +144,7 @@ void gxUITablet::outline3D(gxRect const &r, gxColor const &c1, gxColor const &c2
   drawShape(
       layer, gf_penProps(c1), gx_SketchCode::outline3D, clientForm + 16,
       [&](gxUIScope &) {
-        gx_FlagPushed const unrecorded(recordOn_, false);
+        gxFlagPush const unrecorded(recordOn_, false);
         outline3D(pelRect(r), c1, c2, width, layer);
       },
       [&](gx_StreamWriter &payload) {

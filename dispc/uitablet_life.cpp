@@ -68,7 +68,7 @@ gxUITablet &gxUITablet::operator=(gxUITablet const &t)
   if (this == &t)
     return *this;
   gx_LinkList<gxUITablet> kids = t.kids_;
-  gxUITablet *const parent = t.parent_;
+  gxUITablet *const parent = t.parent_ == this ? nullptr : t.parent_;  // a tablet is not its own parent
   unlink();
   unlinkKids();
   for (int layer = 0; layer < gf_layerCount; ++layer) {
@@ -96,6 +96,7 @@ gxUITablet &gxUITablet::operator=(gxUITablet const &t)
   redrawStamp_ = t.redrawStamp_;
   parent_ = parent;
   kids_ = kids;
+  kids_.remove(this);
   sibPos_ = t.sibPos_;
   linked_ = false;
   return *this;

@@ -4,7 +4,8 @@
 #include <memory>
 #include <utility>
 
-// Showing and hiding, repainting, and the repair of what is stacked above a drawing.
+// Showing and hiding, repainting, and the repair of what is stacked above a drawing. A hook that runs on the way may
+// install other scopes, so a scope is asked for again after each.
 
 bool gxUITablet::visible_(bool show)
 {
@@ -132,35 +133,39 @@ bool gxUITablet::okToDraw(Layers layer)
 void gxUITablet::update(gxUIRect const &rect, Layers layer, bool keepChange)
 {
   gf_needSingleLayer(layer);
-  gxUIScope *const lasting = currentScope_[layer];
-  if (!lasting)
+  if (!currentScope_[layer])
     return;
   lockScreen(layer);
   {
-    // However the repaint ends, the clipping scope goes and drawing returns to the lasting one.
+    // However the repaint ends, the clipping scope goes and drawing returns to the lasting one; inside another pass,
+    // to that one's scope.
     struct Pass {
       gxUITablet &tablet;
       Layers const layer;
       std::unique_ptr<gxUIScope> const clipping;
+      bool const nested = tablet.updating_;
+      gxUIScope *const outer = tablet.activeScope_[layer];
       ~Pass()
       {
-        tablet.activeScope_[layer] = tablet.currentScope_[layer];
-        tablet.updating_ = false;
+        tablet.activeScope_[layer] = nested ? outer : tablet.currentScope_[layer];
+        tablet.updating_ = nested;
       }
     };
     gxUIRect const local = rect - scopeOrg_;
-    Pass const pass{*this, layer, std::unique_ptr<gxUIScope>(lasting->newSubScope(local, true))};
+    Pass const pass{*this, layer, std::unique_ptr<gxUIScope>(currentScope_[layer]->newSubScope(local, true))};
     updating_ = true;
     gxUIScope *const clipping = activeScope_[layer] = pass.clipping.get();
     if (canDraw(layer)) {
       if (keepChange) {
         redraw(layer);
-        lasting->change(clipping->changeRect() - lasting->org(), clipping->opaque());
+        if (gxUIScope *const lasting = currentScope_[layer])
+          lasting->change(clipping->changeRect() - lasting->org(), clipping->opaque());
         stampDrawn();
       } else {
         clipping->allChange();
         redraw(layer);
-        if (local.within(lasting->changeRect()))
+        gxUIScope *const lasting = currentScope_[layer];
+        if (lasting && local.within(lasting->changeRect()))
           lasting->noChange();
         forEachKid([&](gxUITablet &kid) { kid.update(rect, layer, false); });
       }
@@ -191,7 +196,8 @@ void gxUITablet::repairAbove(Layers layer)
   for (gxUITablet *t = this; t->parent_; t = t->parent_)
     for (gxUITablet *s = t->nextSib(); s; s = s->nextSib())
       repairIfOlder(*s, changed, layer, stamp);
-  currentScope_[layer]->noChange();
+  if (currentScope_[layer])
+    currentScope_[layer]->noChange();
 }
 
 void gxUITablet::repairIfOlder(gxUITablet &above, gxUIRect const &rect, Layers layer, std::uint32_t &stamp)
@@ -216,7 +222,7 @@ void gxUITablet::erase(gxUIRect const &rect, Layers layers)
       behind->update(rect + scopeOrg_, layer, true);
     // With the origin in the parent, on purpose: the whole of a tablet is erased from (0, 0), so that the flag of one
     // that lies elsewhere stays set.
-    if (rect == scopeRect_)
+    if (rect == scopeRect_ && currentScope_[layer])
       currentScope_[layer]->modified(false);
   }
   visible_(true);
@@ -242,11 +248,11 @@ void gxUITablet::front()
     if (!covered->visible() || shared.isNull())
       continue;
     for (Layers const layer : gf_eachLayer) {
-      gxUIScope *const scope = currentScope_[layer];
-      if (!scope)
+      if (!currentScope_[layer])
         continue;
       update(shared, layer, true);
-      scope->change(shared - (scopeOrg_ + scope->org()), false);
+      if (gxUIScope *const scope = currentScope_[layer])
+        scope->change(shared - (scopeOrg_ + scope->org()), false);
       stampDrawn();
     }
     if (shared == absRect())

@@ -135,7 +135,7 @@ void gxUITablet::draw(gxCircle const &circle, gxGraphicProps const &props, Layer
   drawShape(
       layer, props, props.fill() ? gx_SketchCode::circleFilled : gx_SketchCode::circle, 24,
       [&](gxUIScope &) {
-        gx_FlagPushed const unrecorded(recordOn_, false);
+        gxFlagPush const unrecorded(recordOn_, false);
         draw(gxEllipse(circle), props, layer);
       },
       [&](gx_StreamWriter &payload) { payload.vector(circle.center()).real(circle.radius()); });

@@ -272,7 +272,8 @@ bool gxUITablet::modified(Layers layer) const
   gxUIScope const *const scope = scopeAt(layer);
   if (!scope)
     return false;
-  return scope->modified() || std::ranges::any_of(kids_, [&](gxUITablet const *kid) { return kid->modified(layer); });
+  return scope->modified() ||
+         std::any_of(kids_.ownBegin(), kids_.end(), [&](gxUITablet const *kid) { return kid->modified(layer); });
 }
 
 void gxUITablet::modified(Layers layer, bool on)

@@ -34,6 +34,7 @@ class gx_LinkList
   const_iterator end() const { return entries_.end(); }
   iterator end() { return entries_.end(); }
   /// First of the node's own entries.
+  const_iterator ownBegin() const { return std::next(begin(), static_cast<std::ptrdiff_t>(borrowed_)); }
   iterator ownBegin() { return std::next(entries_.begin(), static_cast<std::ptrdiff_t>(borrowed_)); }
 
   /// Throws std::length_error "list<T> too long" if there is no room for one more entry. Called before links change

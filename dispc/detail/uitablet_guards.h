@@ -4,29 +4,8 @@
 #include "dispc/uierror.h"
 #include "dispc/uiscope.h"
 
-/// Guards for the parts of a draw that must be undone even when a scope throws. Internal to the tablet's sources.
-
-/// Pushes a flag for as long as it lives.
-class gx_FlagPushed
-{
- public:
-  gx_FlagPushed(gxFlagStack &stack, bool flag) : stack_(stack) { stack_.push(flag); }
-  gx_FlagPushed(gx_FlagPushed const &) = delete;
-  gx_FlagPushed &operator=(gx_FlagPushed const &) = delete;
-  ~gx_FlagPushed()
-  {
-    try {
-      stack_.pop();
-    } catch (gxUIError::FlagStackUnderflow const &) {
-      // A client popped this flag in a nested call; there is nothing left to take back.
-    }
-  }
-
- private:
-  gxFlagStack &stack_;
-};
-
-/// Locks the screen updates of a scope for as long as it lives.
+/// Locks the screen updates of a scope for as long as it lives, so that they come back even when a drawing throws.
+/// Internal to the tablet's sources; gxFlagPush does the same for flags.
 class gx_ScreenLocked
 {
  public:

@@ -42,7 +42,7 @@ class GX_API gxPackedRGB16Pel
 
 /// A pel of 32 bits: the bytes red, green, blue and a spare one, in this order in memory. The spare byte is carried
 /// along by every operation and has no meaning of its own.
-class GX_API alignas(std::uint32_t) gxPackedRGB32Pel
+class GX_API gxPackedRGB32Pel
 {
  public:
   /// Black.
@@ -74,7 +74,8 @@ class GX_API alignas(std::uint32_t) gxPackedRGB32Pel
   friend constexpr bool operator==(gxPackedRGB32Pel a, gxPackedRGB32Pel b) { return a.value() == b.value(); }
 
  private:
-  unsigned char r_ = 0, g_ = 0, b_ = 0, spare_ = 0;
+  alignas(std::uint32_t) unsigned char r_ = 0;
+  unsigned char g_ = 0, b_ = 0, spare_ = 0;
 };
 
-static_assert(sizeof(gxPackedRGB16Pel) == 2 && sizeof(gxPackedRGB32Pel) == 4);
+static_assert(sizeof(gxPackedRGB16Pel) == 2 && sizeof(gxPackedRGB32Pel) == 4 && alignof(gxPackedRGB32Pel) == 4);

@@ -183,11 +183,12 @@ TEST_F(Scopes, NearestColorIsTheFirstOfTheNearest)
   EXPECT_EQ(gxUIScope::nearestColor(gxColor(200), map).index(), 0) << "invalid components count as they stand";
   EXPECT_EQ(gxUIScope::nearestColor(gxColor(1, 2, 3), {}).index(), 0);
   std::mt19937 random(3);
+  auto const component = [&] { return static_cast<unsigned char>(random() % 256); };
   std::vector<gxRGB> big;
   for (int i = 0; i < 300; ++i)
-    big.emplace_back(random() % 256, random() % 256, random() % 256);
+    big.emplace_back(component(), component(), component());
   for (int round = 0; round < 500; ++round) {
-    gxColor const c(random() % 256, random() % 256, random() % 256);
+    gxColor const c(component(), component(), component());
     double best = HUGE_VAL;
     std::size_t index = 0;
     for (std::size_t i = 0; i < big.size(); ++i) {

@@ -15,6 +15,7 @@
 #include "dispc/uisketch_writer.h"
 #include "dispc/uistring.h"
 #include "dispc/uitablet.h"
+#include "foundation/affine.h"
 #include "foundation/affinerect.h"
 #include "foundation/angle.h"
 #include "foundation/archive.h"

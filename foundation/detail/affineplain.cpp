@@ -2,6 +2,7 @@
 
 #include "foundation/numbers.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace gx_affine
@@ -11,14 +12,14 @@ namespace
 /// Weights of the cubic convolution kernel, rounded so that their sum is 1, or as close to it as 15 bits allow.
 CubicWeights weightsAt(double f)
 {
+  constexpr int largest = (1 << weightBits) - 1;
   auto const fixed = [](double w) { return static_cast<int>(gf_roundHalfAway(w * (1 << weightBits))); };
   int const before = fixed(((-0.5 * f + 1.0) * f - 0.5) * f);
-  int const right = fixed(((-1.5 * f + 2.0) * f + 0.5) * f);
+  int const right = std::min(fixed(((-1.5 * f + 2.0) * f + 0.5) * f), largest);
   int const behind = fixed((0.5 * f - 0.5) * f * f);
-  int const left = (1 << weightBits) - before - right - behind;
-  constexpr int largest = (1 << weightBits) - 1;
-  return {static_cast<std::int16_t>(before), static_cast<std::int16_t>(left > largest ? largest : left),
-          static_cast<std::int16_t>(right), static_cast<std::int16_t>(behind)};
+  int const left = std::min((1 << weightBits) - before - right - behind, largest);
+  return {static_cast<std::int16_t>(before), static_cast<std::int16_t>(left), static_cast<std::int16_t>(right),
+          static_cast<std::int16_t>(behind)};
 }
 
 int mixLinear(int a, int b, int fraction)

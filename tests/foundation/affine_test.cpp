@@ -67,7 +67,9 @@ template <class T>
 double exactValue(gxPelBuffer<T> const &b, gxVector<2> at, int c, Params::Interpolation mode)
 {
   auto const kernel = mode == Params::bilinear ? tent : keys;
-  double const u = at.x() - 0.5, v = at.y() - 0.5;
+  // Ten pels beyond the border nothing changes any more, and numbers are still exact.
+  double const u = std::clamp(at.x() - 0.5, -10.0, static_cast<double>(b.width() + 10));
+  double const v = std::clamp(at.y() - 0.5, -10.0, static_cast<double>(b.height() + 10));
   double sum = 0.0;
   for (int j = -1; j <= 2; ++j)
     for (int i = -1; i <= 2; ++i) {
@@ -179,7 +181,7 @@ TYPED_TEST(AffineSampling, IsWithinOneGreyLevelOfTheExactValue)
 
 TYPED_TEST(AffineSampling, OfTinyImages)
 {
-  for (auto [w, h] : {std::pair(1L, 1L), std::pair(2L, 1L), std::pair(1L, 3L), std::pair(4L, 4L), std::pair(9L, 2L)})
+  for (auto [w, h] : {std::pair(1, 1), std::pair(2, 1), std::pair(1, 3), std::pair(4, 4), std::pair(9, 2)})
     for (auto mode : {Params::nearest, Params::bilinear, Params::bicubic})
       for (double degrees : {0.0, 30.0}) {
         SCOPED_TRACE(testing::Message() << w << " x " << h << ", interpolation " << mode << ", turned " << degrees);

@@ -159,12 +159,14 @@ double gx_ArcPiece::paramAtLength(double length) const
   for (int i = 0; i < maxSteps; ++i) {
     double const s = axes.fromParam(angleAt(*this, param));
     double const excess = lengthBetween(axes, axes.fromParam(start), s) - length;
+    if (std::abs(excess) <= 1e-15 * whole)
+      break;
     (excess > 0.0 ? high : low) = param;
     double next = param - excess / (axes.speed(s) * std::abs(span));
     if (!(low < next && next < high) || i % 4 == 3)
       next = 0.5 * (low + high);
-    if (next == param || std::abs(excess) <= 1e-15 * whole)
-      return next;
+    if (next == param)
+      break;
     param = next;
   }
   return param;

@@ -22,16 +22,13 @@ class OwnerScope
 void gf_passChild(gxArchive &archive, gxShape const &owner, gxPtrHandle_const<gxShape> &child)
 {
   OwnerScope const scope(owner);
-  gxPersistent *loaded = nullptr;
-  gxPersistent::serializePointer(archive, const_cast<gxShape *>(child.rep()), loaded);
-  if (archive.isStoring())
-    return;
-  gxShape const *const shape = dynamic_cast<gxShape *>(loaded);
-  if (!shape)
+  archive || child;
+  if (child.isNull())
     archive.fail("a child that is no shape");
-  if (std::find(owners.begin(), owners.end(), shape) != owners.end())
+  if (archive.isLoading() && std::find(owners.begin(), owners.end(), child.rep()) != owners.end()) {
+    child = nullptr;  // a ring of handles would never be released
     archive.fail("a shape that holds itself");
-  child = shape;
+  }
 }
 
 void gf_passChildren(gxArchive &archive, gxShape const &owner, std::vector<gxPtrHandle_const<gxShape>> &children)

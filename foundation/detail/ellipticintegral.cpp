@@ -64,13 +64,15 @@ double quarterLengthTo(double a, double b, double t)
 {
   if (a < b)  // count from the end of the other axis, where the formula below is well conditioned
     return gf_ellipseLength(a, b) / 4.0 - quarterLengthTo(b, a, std::numbers::pi / 2.0 - t);
-  // b sin t = 0 .. b; with a >= b the speed is a sqrt(1 - m cos^2 t): the integral from the other end of the quarter
-  double const phi = std::numbers::pi / 2.0 - t;  // speed a sqrt(1 - m sin^2 phi)
+  // the speed is a sqrt(1 - m sin^2 phi), counted from the other end of the quarter
+  double const phi = std::numbers::pi / 2.0 - t;
   double const s = std::sin(phi), c = std::cos(phi);
-  double const ratio = b / a;
+  double const ratio = b / a, rest = ratio * ratio;  // rest = 1 - m
   double const m = (1.0 - ratio) * (1.0 + ratio);
-  double const q = c * c + ratio * ratio * s * s;
-  double const fromOther = a * (s * carlsonRF(c * c, q, 1.0) - m * s * s * s / 3.0 * carlsonRD(c * c, q, 1.0));
+  double const q = c * c + rest * s * s;
+  // the form whose terms are all positive (NIST Digital Library of Mathematical Functions, 19.25.10)
+  double const fromOther = a * (rest * s * carlsonRF(c * c, q, 1.0) +
+                                m * rest * s * s * s / 3.0 * carlsonRD(c * c, 1.0, q) + m * s * c / std::sqrt(q));
   return gf_ellipseLength(a, b) / 4.0 - fromOther;
 }
 

@@ -26,7 +26,7 @@ namespace
 {
 
 constexpr double pi = std::numbers::pi;
-constexpr int steps = 4096;
+constexpr int steps = 1024;
 
 struct Row {
   std::string name;
@@ -78,7 +78,7 @@ std::vector<Row> rows()
 {
   std::vector<Row> table;
   auto const add = [&](char const *name, gxShape *shape, Chain const &chain) {
-    table.push_back({name, gxPtrHandle_const<gxShape>(shape), divided(chain, 0.01)});
+    table.push_back({name, gxPtrHandle_const<gxShape>(shape), divided(chain, 0.04)});
   };
   add("segment", new gxLineSeg({1, 2}, {-3, 5}), {{1, 2}, {-3, 5}});
   add("open polyline", new gxPolyline({{0, 0}, {3, 0}, {3, 2}, {1, -2}}), {{0, 0}, {3, 0}, {3, 2}, {1, -2}});
@@ -146,7 +146,7 @@ double reach(Chain const &chain)
 /// size: the sagitta of a step of 2 pi / steps, with room to spare.
 double slack(Chain const &chain)
 {
-  return 2e-6 * reach(chain);
+  return 2e-5 * reach(chain);
 }
 
 constexpr double rounding = 1e-13;
@@ -169,7 +169,7 @@ void checkBox(gxShape const &shape, Chain const &chain)
 
 void checkNearest(gxShape const &shape, Chain const &chain, Random &random)
 {
-  for (int i = 0; i < 40; ++i) {
+  for (int i = 0; i < 25; ++i) {
     gxVector<2> const p = random.point(1.5 * reach(chain));
     gxVector<2> const nearest = shape.nearestPoint(p);
     double const found = shape.distanceToPoint(p);
@@ -231,7 +231,7 @@ void checkOpen(gxShape const &shape, Chain const &chain, Random &random)
 void checkRegion(gxShape const &shape, Chain const &chain, Random &random)
 {
   EXPECT_EQ(shape.isRightHanded(), doubleArea(chain) >= 0.0);
-  for (int i = 0; i < 60; ++i) {
+  for (int i = 0; i < 40; ++i) {
     gxVector<2> const p = random.point(1.2 * reach(chain));
     if (distance(chain, p) > 2.0 * slack(chain)) {
       EXPECT_EQ(shape.within(p), std::abs(winding(chain, p)) > 1.0) << p;
@@ -289,7 +289,7 @@ void checkSubShape(gxShape const &shape, Chain const &chain, Random &random)
 
 void checkSample(gxShape const &shape, Chain const &chain)
 {
-  for (double const tolerance : {0.3, 0.01, 0.0005}) {
+  for (double const tolerance : {0.3, 0.002}) {
     gxShape::gxSampleResult result;
     shape.sample({0.0, tolerance, 5000, false, false}, result);
     Chain const &found = result.positions();
@@ -297,8 +297,8 @@ void checkSample(gxShape const &shape, Chain const &chain)
     for (std::size_t i = 0; i < chain.size(); i += 7)
       furthest = std::fmax(furthest, distance(found, chain[i]));
     EXPECT_LE(furthest, tolerance * (1.0 + 1e-9) + slack(chain));
-    for (auto const &p : found)
-      EXPECT_LE(distance(chain, p), slack(chain));
+    for (std::size_t i = 0; i < found.size(); i += 3)
+      EXPECT_LE(distance(chain, found[i]), slack(chain));
   }
   double const spacing = shape.perimeter() / 13.7;
   for (bool const uniform : {false, true}) {
@@ -375,8 +375,8 @@ TEST_P(ShapeLaws, HoldForTheShape)
 
 TEST_P(ShapeLaws, HoldForItsImages)
 {
-  gxMatrix<2> const matrices[] = {{1, 0, 0, 1},          {0, -1, 1, 0},         {-1, 0, 0, 1},       {2, 0, 0, 0.5},
-                                  {0.6, -0.8, 0.8, 0.6}, {1.2, 0.9, -0.4, 0.7}, {0.3, 1.1, 1.4, 0.2}};
+  gxMatrix<2> const matrices[] = {
+      {1, 0, 0, 1}, {-1, 0, 0, 1}, {0.6, -0.8, 0.8, 0.6}, {1.2, 0.9, -0.4, 0.7}, {0.3, 1.1, 1.4, 0.2}};
   unsigned seed = 10;
   for (gxMatrix<2> const &matrix : matrices) {
     SCOPED_TRACE(testing::Message() << matrix);

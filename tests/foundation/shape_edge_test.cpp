@@ -1,0 +1,368 @@
+// Shapes at their edges: what has no meaning throws the fitting error, what has collapsed gives finite answers, what
+// is not finite does no harm.
+
+#include "foundation/circle.h"
+#include "foundation/ellipse2.h"
+#include "foundation/ellipsearc2.h"
+#include "foundation/fline.h"
+#include "foundation/genrect.h"
+#include "foundation/line.h"
+#include "foundation/lineseg.h"
+#include "foundation/matherror.h"
+#include "foundation/point.h"
+#include "foundation/polygon.h"
+#include "foundation/polyline.h"
+#include "foundation/rect.h"
+#include "foundation/shapeinfo.h"
+#include "foundation/shapeserror.h"
+#include "foundation/shapetree.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <numbers>
+
+namespace
+{
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+using Shape = gxPtrHandle_const<gxShape>;
+
+Shape shape(gxShape *s)
+{
+  return Shape(s);
+}
+
+struct Row {
+  char const *name;
+  Shape shape;
+  gxRect box;
+  double perimeter;
+  gxVector<2> nearest;  ///< to (4, 3)
+};
+
+std::vector<Row> collapsed()
+{
+  gxRect const atOneTwo({1, 2}, {0, 0});
+  return {
+      {"segment", shape(new gxLineSeg({1, 2}, {1, 2})), atOneTwo, 0, {1, 2}},
+      {"one vertex", shape(new gxPolyline({{1, 2}})), atOneTwo, 0, {1, 2}},
+      {"closed vertex", shape(new gxPolyline({{1, 2}}, true)), atOneTwo, 0, {1, 2}},
+      {"two vertices, closed", shape(new gxPolyline({{1, 2}, {3, 2}}, true)), gxRect({1, 2}, {2, 0}), 4, {3, 2}},
+      {"point rectangle", shape(new gxRect({1, 2}, {0, 0})), atOneTwo, 0, {1, 2}},
+      {"level rectangle", shape(new gxRect({1, 2}, {5, 0})), gxRect({1, 2}, {5, 0}), 10, {4, 2}},
+      {"flat general rectangle",
+       shape(new gxGenRect({1, 2}, gxMatrix<2>(2, 2, 0, 0), {0, 0})),
+       gxRect({-3, 2}, {8, 0}),
+       16,
+       {4, 2}},
+      {"flat rounded rectangle",
+       shape(new gxGenRect({1, 2}, gxMatrix<2>(1, 0, 0, 0), {0.5, 0.5})),
+       gxRect({0, 2}, {2, 0}),
+       4,
+       {2, 2}},
+      {"point general rectangle", shape(new gxGenRect({1, 2}, gxMatrix<2>(0, 0, 0, 0), {1, 1})), atOneTwo, 0, {1, 2}},
+      {"circle of radius 0", shape(new gxCircle({1, 2}, 0)), atOneTwo, 0, {1, 2}},
+      {"point ellipse", shape(new gxEllipse2({0, 0}, gxRadian(1), {1, 2})), atOneTwo, 0, {1, 2}},
+      {"flat ellipse", shape(new gxEllipse2({2, 0}, gxRadian(), {1, 2})), gxRect({-1, 2}, {4, 0}), 8, {3, 2}},
+      {"arc of span 0",
+       shape(new gxEllipseArc2(gxEllipse2({1, 1}, gxRadian(), {0, 2}), gxRadian(), gxRadian())),
+       atOneTwo,
+       0,
+       {1, 2}},
+      {"arc of a flat ellipse",
+       shape(new gxEllipseArc2(gxEllipse2({2, 0}, gxRadian(), {1, 2}), gxRadian(), gxRadian(std::numbers::pi / 2))),
+       gxRect({1, 2}, {2, 0}),
+       2,
+       {3, 2}},
+      {"tree of one point",
+       shape(new gxShapeTree({shape(new gx2Point({1, 2})), shape(new gxPolyline)})),
+       atOneTwo,
+       0,
+       {1, 2}},
+  };
+}
+
+bool isFinite(gxRect const &r)
+{
+  return r.origin().isFinite() && r.size().isFinite();
+}
+
+/// Calls every operation; errors of shapes are answers too. True if all numbers that came are finite.
+bool askAll(gxShape const &s)
+{
+  bool finite = true;
+  auto const ask = [&](auto const &question) {
+    try {
+      finite = question() && finite;
+    } catch (gxShapesError::Errors const &) {
+    } catch (gxMathError::Errors const &) {
+    }
+  };
+  gxVector<2> const p(4, 3);
+  ask([&] { return isFinite(s.boundingBox()); });
+  ask([&] { return s.nearestPoint(p).isFinite(); });
+  ask([&] { return std::isfinite(s.perimeter()); });
+  ask([&] { return s.startPoint().isFinite() && s.endPoint().isFinite(); });
+  ask([&] { return std::isfinite(s.startAngle().value()) && std::isfinite(s.endAngle().value()); });
+  ask([&] { return std::isfinite(s.tangentRotation().value()); });
+  ask([&] { return std::isfinite(s.windingAngle(p).value()); });
+  ask([&] { return s.isRightHanded() || true; });
+  ask([&] { return !s.within(p); });
+  ask([&] { return !s.clone()->isDecomposed() || true; });
+  ask([&] { return !s.mapShape(gxXform<2>(gxMatrix<2>(1, 2, 3, 4), {1, 1}))->isEmpty() || true; });
+  ask([&] { return std::isfinite(s.mapShape(gxXform<2>(gxMatrix<2>(1, 2, 2, 4), {1, 1}))->perimeter()); });
+  ask([&] { return std::isfinite(s.reverse()->perimeter()); });
+  ask([&] { return std::isfinite(s.decompose()->perimeter()); });
+  gxClipInfo clipInfo;
+  ask([&] { return std::isfinite(s.clip(gxPolyline({{0, 0}, {2, 0}, {2, 5}}, true), clipInfo)->perimeter()); });
+  ask([&] {
+    gxShapeInfo const info(s);
+    double const pos = s.nearestPerimPos(info, p);
+    return s.perimPointAndTangent(info, pos).point.isFinite() &&
+           std::isfinite(s.subShape(info, 0, info.perimeter())->perimeter());
+  });
+  for (bool const uniform : {false, true})
+    ask([&] {
+      gxShape::gxSampleResult result;
+      s.sample({0.5, 0.01, 1000, uniform, true}, result);
+      return result.positions().empty() || result.positions().back().isFinite();
+    });
+  return finite;
+}
+
+TEST(CollapsedShapes, HaveDefinedBoxesLengthsAndNearestPoints)
+{
+  for (Row const &row : collapsed()) {
+    SCOPED_TRACE(row.name);
+    EXPECT_FALSE(row.shape->isEmpty());
+    EXPECT_LE(row.shape->boundingBox().origin().distance(row.box.origin()), 1e-15);
+    EXPECT_LE(row.shape->boundingBox().size().distance(row.box.size()), 1e-15);
+    EXPECT_NEAR(row.shape->perimeter(), row.perimeter, 1e-14);
+    EXPECT_LE(row.shape->nearestPoint({4, 3}).distance(row.nearest), 1e-15);
+    EXPECT_EQ(row.shape->hasTangent(), row.perimeter > 0.0);
+    EXPECT_TRUE(askAll(*row.shape));
+    if (row.shape->isRegion()) {
+      EXPECT_TRUE(row.shape->within(row.nearest));
+      EXPECT_FALSE(row.shape->within({4, 3}));
+    }
+    if (row.shape->isOpenContour() && row.perimeter == 0.0) {
+      EXPECT_THROW(row.shape->startAngle(), gxShapesError::NoTangent);
+      EXPECT_THROW(row.shape->tangentRotation(), gxShapesError::NoTangent);
+      EXPECT_EQ(row.shape->startPoint(), row.shape->endPoint());
+    }
+  }
+}
+
+TEST(EmptyShapes, HaveNoPointsAndSaySo)
+{
+  for (Shape const &s : {shape(new gxRect), shape(new gxPolyline), shape(new gxPolyline(true)), shape(new gxShapeTree),
+                         shape(new gxContourTree), shape(new gxContourTree(true)), shape(new gxRegionTree),
+                         shape(new gxShapeTree({shape(new gxRect)}))}) {
+    EXPECT_TRUE(s->isEmpty());
+    EXPECT_FALSE(s->isOpenContour() || s->isRegion() || s->hasTangent());
+    EXPECT_THROW(s->boundingBox(), gxShapesError::EmptyShape);
+    EXPECT_THROW(s->nearestPoint({0, 0}), gxShapesError::EmptyShape);
+    EXPECT_EQ(s->perimeter(), 0.0);
+    EXPECT_THROW(s->startPoint(), gxShapesError::NotOpenContour);
+    EXPECT_THROW(s->within({0, 0}), gxShapesError::NotRegion);
+    EXPECT_TRUE(s->mapShape(gxXform<2>::I)->mapShape(gxXform<2>::I));
+    EXPECT_TRUE(askAll(*s));
+  }
+}
+
+TEST(PointsAndLines, AreNeitherContourNorRegion)
+{
+  for (Shape const &s :
+       {shape(new gx2Point({1, 2})), shape(new gxLine({3, 0}, {1, 2})), shape(new gxFLine(gxDegree(0), {1, 2}))}) {
+    EXPECT_FALSE(s->isOpenContour() || s->isRegion() || s->isEmpty());
+    EXPECT_THROW(s->startPoint(), gxShapesError::NotOpenContour);
+    EXPECT_THROW(s->endAngle(), gxShapesError::NotOpenContour);
+    EXPECT_THROW(s->windingAngle({0, 0}), gxShapesError::NotOpenContour);
+    EXPECT_THROW(s->within({0, 0}), gxShapesError::NotRegion);
+    EXPECT_THROW(s->isRightHanded(), gxShapesError::NotRegion);
+    EXPECT_TRUE(*s->decompose() == *s);
+    EXPECT_TRUE(askAll(*s));
+  }
+  gx2Point const point({1, 2});
+  EXPECT_THROW(point.reverse(), gxShapesError::NotReversible);
+  EXPECT_THROW(point.nearestPerimPos(gxShapeInfo(point), {0, 0}), gxShapesError::NotContour);
+  EXPECT_EQ(point.distanceToPoint({4, 6}), 5.0);
+  gxLine const line({0, 3}, {1, 2});
+  EXPECT_THROW(line.boundingBox(), gxShapesError::InfiniteShape);
+  EXPECT_THROW(line.perimeter(), gxShapesError::InfiniteShape);
+  EXPECT_THROW(gxShapeInfo{line}, gxShapesError::InfiniteShape);
+  EXPECT_EQ(line.nearestPoint({5, 7}), gxVector<2>(1, 7));
+  EXPECT_EQ(dynamic_cast<gxLine &>(*line.reverse()).dir(), gxVector<2>(0, -3));
+  // a tree with a line in it has no bounds either
+  EXPECT_THROW(gxShapeTree({line.clone()}).boundingBox(), gxShapesError::InfiniteShape);
+  EXPECT_FALSE(gxShapeTree({line.clone()}).isFinite());
+}
+
+TEST(Lines, MeetUnlessTheyAreParallelOrWithoutDirection)
+{
+  gxLine const level({2, 0}, {0, 1}), steep({1e-200, 3e-200}, {1, 0});
+  EXPECT_LE(level.intersect(steep).distance({4.0 / 3.0, 1}), 1e-15);
+  EXPECT_THROW(level.intersect(gxLine({-5, 0}, {0, 3})), gxShapesError::NoIntersection);
+  gxLine const singular = level.map(gxXform<2>(gxMatrix<2>(0, 1, 0, 1), {0, 0}));
+  EXPECT_THROW(singular.intersect(level), gxShapesError::DegenerateShape);
+  EXPECT_THROW(singular.nearestPoint({0, 0}), gxShapesError::DegenerateShape);
+  EXPECT_FALSE(singular.hasTangent());
+
+  gxFLine const across({1, 1}, gxVector<2>(1, 5)), along(gxDegree(180), {7, 3});
+  ASSERT_EQ(across.intersection(along).size(), 1u);
+  EXPECT_EQ(across.intersection(along)[0], gxVector<2>(1, 3));
+  EXPECT_TRUE(across.intersection(across).empty());
+  EXPECT_EQ(along.dir(), gxVector<2>(-1, 0));
+  EXPECT_EQ(along.signedDistance({0, 5}), -2.0);
+  EXPECT_THROW(gxFLine({1, 1}, gxVector<2>(1, 1)), gxShapesError::DegenerateShape);
+  EXPECT_THROW(across.map(gxXform<2>(gxMatrix<2>(1, 0, 0, 0), {0, 0})), gxShapesError::DegenerateShape);
+  EXPECT_NEAR((gxXform<2>(gxMatrix<2>(1, 0, 3, 4), {0, 0}) * along).dir().len(), 1.0, 1e-15);
+  EXPECT_THROW(gxPoint(1, 2).connect({1, 2}), gxShapesError::DegenerateShape);
+  EXPECT_EQ(gxPoint(1, 2).connect({4, 6}).dir(), gxVector<2>(3, 4));
+}
+
+TEST(Rect, KeepsNegativeSizesAndTellsEmptyFromFlat)
+{
+  gxRect const r({3, 1}, {-2, 4});
+  EXPECT_EQ(r.lowCorner(), gxVector<2>(1, 1));
+  EXPECT_EQ(r.highCorner(), gxVector<2>(3, 5));
+  EXPECT_TRUE(r.within({1, 5}) && r.within({3, 1}) && !r.within({0.999, 3}));
+  EXPECT_EQ(r & gxRect({2, 0}, {9, 2}), gxRect({2, 1}, {1, 1}));
+  EXPECT_EQ(r & gxRect({3, 0}, {1, 9}), gxRect({3, 1}, {0, 4}));  // a common side
+  EXPECT_FALSE((r & gxRect({3, 0}, {1, 9})).isEmpty());
+  EXPECT_EQ(r & gxRect({3.001, 0}, {1, 9}), gxRect());
+  EXPECT_EQ(gxRect().enclose(r), r);
+  EXPECT_EQ(r.enclose(gxRect()), r);
+  EXPECT_EQ(r.enclose(gxRect({5, 5}, {0, 0})), gxRect({1, 1}, {4, 4}));
+  EXPECT_FALSE(gxRect() == gxRect({0, 0}, {0, 0}));
+  EXPECT_EQ(r.corner(2), gxVector<2>(1, 5));
+  EXPECT_THROW(r.corner(4), gxShapesError::BadCoef);
+  EXPECT_EQ(gxRect({0, 0}, {4, 2}).nearestPoint({1, 1.5}), gxVector<2>(1, 2));  // from inside, to the outline
+}
+
+TEST(Constructors, RefuseWhatNoShapeCanBe)
+{
+  EXPECT_THROW(gxCircle({0, 0}, -1), gxShapesError::BadRadius);
+  gxCircle circle({0, 0}, 2);
+  EXPECT_THROW(circle.radius(-1e-300), gxShapesError::BadRadius);
+  EXPECT_EQ(circle.radius(), 2.0);
+  for (gxVector<2> const rounding : {gxVector<2>(-0.1, 0), gxVector<2>(0, 1.1)})
+    EXPECT_THROW(gxGenRect({0, 0}, gxMatrix<2>(), rounding), gxShapesError::BadRadius);
+  EXPECT_THROW(gxShapeTree({Shape()}), gxBadPointer);
+  EXPECT_THROW(gxRegionTree(shape(new gxLineSeg)), gxShapesError::NotRegion);
+  EXPECT_THROW(gxPolygon().boundingBox(), gxShapesError::EmptyShape);
+  EXPECT_EQ(gxPolygon({{0, 0}, {4, 0}, {0, 3}}).distanceToPoint({4, 3}), 2.4);
+}
+
+TEST(Sampling, StopsBeforeTheLimitAndLeavesTheResultAsItWas)
+{
+  gxCircle const circle({0, 0}, 1);
+  gxShape::gxSampleResult result;
+  gxLineSeg({0, 0}, {1, 1}).sample({0, 0, 100, false, false}, result);
+  auto const before = result.positions();
+  EXPECT_THROW(circle.sample({0, 1e-9, 100, false, false}, result), gxShapesError::SampleOverflow);
+  EXPECT_THROW(circle.sample({1e-300, 0, 100, false, false}, result), gxShapesError::SampleOverflow);
+  EXPECT_THROW(circle.sample({0.1, 0, 60, true, false}, result), gxShapesError::SampleOverflow);
+  EXPECT_THROW(gxShapeTree({circle.clone(), circle.clone()}).sample({0, 0, 9, false, false}, result),
+               gxShapesError::SampleOverflow);
+  EXPECT_EQ(result.positions(), before);
+  EXPECT_EQ(result.contourStarts().size(), 1u);
+  EXPECT_THROW(circle.sample({nan, 0, 100, false, false}, result), gxShapesError::BadParams);
+  EXPECT_THROW(circle.sample({0, -1, 100, false, false}, result), gxShapesError::BadParams);
+  EXPECT_THROW(circle.sample({0, 1, 100, true, false}, result), gxShapesError::BadParams);
+
+  // without a limit the ends of the smooth pieces and the quarters of arcs are taken; the limit itself is allowed
+  circle.sample({0, 0, 7, false, false}, result);
+  EXPECT_EQ(result.positions().size(), 7u);
+  EXPECT_EQ(result.contourStarts(), (std::vector<std::size_t>{0, 2}));
+}
+
+TEST(Sampling, GivesCornersTwiceOnDemandButNotSmoothJoints)
+{
+  gxPolyline const line({{0, 0}, {1, 0}, {2, 0}, {2, 1}});
+  gxGenRect const rounded({0, 0}, gxVector<2>(4, 2), gxRadian(0.3), {0.5, 0.5});
+  for (bool const twice : {false, true}) {
+    gxShape::gxSampleResult ofLine, ofRounded, ofSquare;
+    line.sample({0, 0, 100, false, twice}, ofLine);
+    EXPECT_EQ(ofLine.positions().size(), twice ? 5u : 4u);
+    rounded.sample({0, 0, 100, false, twice}, ofRounded);
+    EXPECT_EQ(ofRounded.positions().size(), 9u);
+    gxRect({0, 0}, {1, 1}).sample({0.5, 0, 100, false, twice}, ofSquare);
+    EXPECT_EQ(ofSquare.positions().size(), twice ? 12u : 9u);
+  }
+}
+
+TEST(Sampling, UniformPointsAreEquallyFarApartAlongTheOutline)
+{
+  gxShape::gxSampleResult result;
+  gxRect({0, 0}, {3, 2}).sample({0.8, 0, 100, true, false}, result);  // perimeter 10: 13 steps
+  ASSERT_EQ(result.positions().size(), 14u);
+  EXPECT_LE(result.positions()[4].distance({3, 40.0 / 13 - 3}), 1e-14);
+  EXPECT_EQ(result.positions().front(), result.positions().back());
+}
+
+TEST(RegionTree, HolesAndIslandsAlternate)
+{
+  gxRegionTree tree(shape(new gxRect({0, 0}, {10, 10})));
+  gxRegionTree hole(shape(new gxCircle({5, 5}, 4)));
+  hole.addRegion(shape(new gxCircle({5, 5}, 1)));
+  tree.addRegion(hole);
+  gxRegionTree const &child = dynamic_cast<gxRegionTree const &>(*tree.child(0));
+  EXPECT_TRUE(tree.isRoot() && !tree.isHole() && child.isHole() && !child.isRoot());
+  EXPECT_TRUE(tree.within({0.5, 0.5}) && tree.within({5, 5}) && tree.within({10, 0}));
+  EXPECT_FALSE(tree.within({5, 7}) || tree.within({11, 5}));
+  EXPECT_TRUE(tree.within({9, 5}) && tree.within({6, 5}));  // the outlines of hole and island belong to the region
+  EXPECT_EQ(tree.distanceToPoint({5, 7.5}), 1.5);
+  EXPECT_NEAR(tree.perimeter(), 40 + 10 * std::numbers::pi, 1e-13);
+  EXPECT_EQ(gxShapeInfo(tree).outline().contours.size(), 3u);
+
+  gxRegionTree plane;
+  plane.addRegion(tree);
+  plane.addRegion(shape(new gxCircle({20, 0}, 1)));
+  EXPECT_TRUE(plane.isRegion() && plane.isHole() && plane.boundary().isNull());
+  EXPECT_TRUE(plane.within({5, 5}) && plane.within({20, 0.5}) && !plane.within({5, 7}) && !plane.within({15, 0}));
+  EXPECT_EQ(plane.boundingBox(), gxRect({0, -1}, {21, 11}));
+
+  gxXform<2> const xform(gxMatrix<2>(2, 1, -1, 3), {1, 1});
+  gxPtrHandle<gxShape> const image = plane.mapShape(xform);
+  for (gxVector<2> const p : {gxVector<2>(5, 5), gxVector<2>(5, 7), gxVector<2>(20, 0.5), gxVector<2>(15, 0)}) {
+    EXPECT_EQ(image->within(xform * p), plane.within(p));
+    EXPECT_EQ(plane.decompose()->within(p), plane.within(p));
+    EXPECT_EQ(plane.reverse()->within(p), plane.within(p));
+  }
+  EXPECT_FALSE(plane.reverse()->isRightHanded());
+  EXPECT_TRUE(*plane.clone() == plane && !(*image == plane));
+}
+
+TEST(NonFiniteNumbers, DoNoHarm)
+{
+  for (double const bad : {nan, infinity, -infinity, 1e308}) {
+    std::vector<Shape> shapes = {
+        shape(new gx2Point({bad, 1})),
+        shape(new gxLineSeg({bad, 0}, {1, bad})),
+        shape(new gxLine({bad, 1}, {0, 0})),
+        shape(new gxPolyline({{0, 0}, {bad, 1}, {2, 2}}, true)),
+        shape(new gxRect({bad, 0}, {1, bad})),
+        shape(new gxGenRect({0, bad}, gxMatrix<2>(1, bad, 0, 1), {0.5, 0.5})),
+        shape(new gxCircle({bad, 0}, std::abs(bad))),
+        shape(new gxEllipse2({std::abs(bad), 1}, gxRadian(bad), {0, 0})),
+        shape(new gxEllipse2({2, 1}, gxRadian(bad), {bad, 0}, true, gxRadian(bad))),
+        shape(new gxEllipseArc2(gxEllipse2({2, 1}, gxRadian(), {0, 0}), gxRadian(bad), gxRadian(bad))),
+    };
+    for (Shape const &s : shapes) {
+      askAll(*s);
+      askAll(*s->mapShape(gxXform<2>(gxMatrix<2>(bad, 0, 0, 1), {0, bad})));
+      s->clone()->nearestPoint({0, 0});
+    }
+    for (gxVector<2> const p : {gxVector<2>(bad, 0), gxVector<2>(bad, bad)})
+      for (Row const &row : collapsed())
+        row.shape->nearestPoint(p);
+    gxEllipse2({2, 1}, gxRadian(), {0, 0}).nearestPoint({bad, 1});
+  }
+}
+
+}  // namespace

@@ -193,21 +193,20 @@ class Breaker
   gx_ArcPlace place(gxVector<2> const &unit) const
   {
     gxVector<2> const along = arc_.v * unit.x() - arc_.u * unit.y();
-    double const length = std::sqrt(along * along);
+    double const length = gf_length(along);
     gxVector<2> const normal = length > 0.0 ? gxVector<2>(-along.y() / length, along.x() / length) : gxVector<2>();
     return {unit, arc_.center + arc_.u * unit.x() + arc_.v * unit.y(), normal};
   }
 
-  /// Adds the places behind @p a, up to @p b.
-  void breakUp(gx_ArcPlace const &a, gx_ArcPlace const &b, int depth)
+  /// Adds the places behind @p a, up to @p b, which are one of 2^halvings parts of a quarter turn.
+  void breakUp(gx_ArcPlace const &a, gx_ArcPlace const &b, int halvings)
   {
     gxVector<2> const sum = a.unit + b.unit;
-    gx_ArcPlace const middle = place(sum * (1.0 / std::sqrt(sum * sum)));
-    bool const canBeSeen = !fineness_.seen || mayBeSeen(a, b);
-    if (depth > 0 && canBeSeen &&
+    gx_ArcPlace const middle = place(sum * (1.0 / gf_length(sum)));
+    if (mayBreak(a, b, halvings) &&
         (isCoarse(a, middle, b, fineness_.halfWidth) || isCoarse(a, middle, b, -fineness_.halfWidth))) {
-      breakUp(a, middle, depth - 1);
-      breakUp(middle, b, depth - 1);
+      breakUp(a, middle, halvings + 1);
+      breakUp(middle, b, halvings + 1);
     } else {
       places_.push_back(b);
     }
@@ -219,6 +218,17 @@ class Breaker
     gxVector<2> const off =
         middle.point + middle.normal * aside - (a.point + a.normal * aside + b.point + b.normal * aside) * 0.5;
     return off * off > fineness_.tolerance * fineness_.tolerance;
+  }
+  /// Where all of the arc counts, long chords are not broken without end; short ones are, for the sharp tips of a thin
+  /// ellipse.
+  bool mayBreak(gx_ArcPlace const &a, gx_ArcPlace const &b, int halvings) const
+  {
+    constexpr int most = 48;
+    constexpr int mostOfLong = 12;
+    constexpr double isLong = 16.0;
+    if (fineness_.seen)
+      return halvings < most && mayBeSeen(a, b);
+    return halvings < mostOfLong || (halvings < most && gf_length(b.point - a.point) < isLong);
   }
   /// The arc lies in the triangle of its ends and the point where their tangents meet.
   bool mayBeSeen(gx_ArcPlace const &a, gx_ArcPlace const &b) const
@@ -240,6 +250,11 @@ class Breaker
 
 }  // namespace
 
+bool gf_isFlat(gx_ArcPiece const &arc)
+{
+  return std::abs(arc.u.cross(arc.v)) <= 1e-12 * (arc.u * arc.u + arc.v * arc.v);
+}
+
 std::vector<gx_ArcPlace> gf_arcPlaces(gx_ArcPiece const &arc, gx_ArcFineness const &fineness)
 {
   std::vector<gx_ArcPlace> places;
@@ -251,7 +266,7 @@ std::vector<gx_ArcPlace> gf_arcPlaces(gx_ArcPiece const &arc, gx_ArcFineness con
   double const sense = span < 0.0 ? -1.0 : 1.0;
   places.push_back(breaker.place(unit));
   auto const go = [&](gxVector<2> const &to) {
-    breaker.breakUp(breaker.place(unit), breaker.place(to), fineness.seen ? 40 : 12);
+    breaker.breakUp(breaker.place(unit), breaker.place(to), 0);
     unit = to;
   };
   constexpr double quarter = gf_turnRadians / 4;
@@ -267,7 +282,7 @@ void gf_drawPelArc(gx_PelCanvas &canvas, gx_ArcPiece const &arc, gx_PelDash cons
 {
   if (canvas.clip().isEmpty() || !isDrawable(arc))
     return;
-  if (arc.u.cross(arc.v) == 0.0)
+  if (gf_isFlat(arc))
     return drawDegenerate(canvas, arc, dash, phase);
   ArcFilter const filter(arc, dash, phase);
   Crossings(canvas, arc, filter, false).draw();

@@ -16,11 +16,14 @@
 ///
 /// Wherever the arc crosses a line through the centers of a column or of a row, the pel on that line nearest to the
 /// crossing is drawn; of two equally near ones (to 1e-9) the one inside the ellipse. An arc of less than a turn has
-/// also the pels nearest to its ends. The result is connected. Of a degenerate ellipse, chords are drawn as one-pel
-/// lines.
+/// also the pels nearest to its ends. The result is connected. Of an ellipse that is flat, chords are drawn as
+/// one-pel lines.
 /// @param dash measured along the arc, from its start, which is at @p phase of the pattern
 GX_API void gf_drawPelArc(gx_PelCanvas &canvas, gx_ArcPiece const &arc, gx_PelDash const &dash = gx_PelDash(),
                           double phase = 0.0);
+
+/// True if the ellipse is thinner than 1e-12 of its length: a line that runs forth and back, or a point.
+GX_API bool gf_isFlat(gx_ArcPiece const &arc);
 
 /// A place on an arc.
 struct gx_ArcPlace {
@@ -37,5 +40,5 @@ struct gx_ArcFineness {
 };
 
 /// Places on an arc, start and end included, so dense that the chords between them meet the tolerance (or that a turn
-/// has 2^14, where nothing says which parts are seen). Empty if a coordinate is not finite.
+/// has 2^14 long ones, where nothing says which parts are seen). Empty if a coordinate is not finite.
 GX_API std::vector<gx_ArcPlace> gf_arcPlaces(gx_ArcPiece const &arc, gx_ArcFineness const &fineness);

@@ -138,32 +138,31 @@ void gx_PelLine::drawSteps(gx_PelCanvas &canvas, std::int64_t begin, std::int64_
 
 bool gf_limitLine(gxVector<2> &from, gxVector<2> &to, double limit)
 {
-  // Halves, so that the difference of the ends does not overflow.
-  gxVector<2> const a = from * 0.5;
-  gxVector<2> const d = to * 0.5 - a;
   if (!from.isFinite() || !to.isFinite())
     return false;
-  double enter = 0.0;
-  double leave = 1.0;
-  auto const cut = [&](double start, double along) {
-    if (along == 0.0)
-      return std::abs(start) <= limit * 0.5;
-    double const t0 = (-limit * 0.5 - start) / along;
-    double const t1 = (limit * 0.5 - start) / along;
-    enter = std::max(enter, std::min(t0, t1));
-    leave = std::min(leave, std::max(t0, t1));
-    return enter <= leave;
+  // One axis after the other. The cut coordinate is set, not computed, so that it is exact for ends however far; a
+  // place between two ends is found by weights, so that the difference of the ends does not overflow.
+  auto const cut = [limit](double &a, double &aOther, double &b, double &bOther) {
+    if (std::max(a, b) < -limit || std::min(a, b) > limit)
+      return false;
+    double const a0 = a, b0 = b, aOther0 = aOther, bOther0 = bOther;
+    auto const bring = [&](double &v, double &other) {
+      if (std::abs(v) <= limit)
+        return;
+      v = std::copysign(limit, v);
+      double const weight = (v * 0.5 - a0 * 0.5) / (b0 * 0.5 - a0 * 0.5);
+      other = aOther0 * (1.0 - weight) + bOther0 * weight;
+    };
+    bring(a, aOther);
+    bring(b, bOther);
+    return true;
   };
-  if (!cut(a.x(), d.x()) || !cut(a.y(), d.y()))
+  double ax = from.x(), ay = from.y(), bx = to.x(), by = to.y();
+  if (!cut(ax, ay, bx, by) || !cut(ay, ax, by, bx))
     return false;
-  auto const at = [&](double t) {
-    auto const hold = [&](double v) { return std::min(std::max(v, -limit), limit); };
-    return gxVector<2>(hold(2.0 * (a.x() + t * d.x())), hold(2.0 * (a.y() + t * d.y())));
-  };
-  if (leave < 1.0)
-    to = at(leave);
-  if (enter > 0.0)
-    from = at(enter);
+  auto const hold = [limit](double v) { return std::min(std::max(v, -limit), limit); };
+  from = {hold(ax), hold(ay)};
+  to = {hold(bx), hold(by)};
   return true;
 }
 
@@ -178,7 +177,8 @@ std::int64_t gf_drawPelLine(gx_PelCanvas &canvas, gxVector<2> const &from, gxVec
   gxVector<2> a = from;
   gxVector<2> b = to;
   std::int64_t const last = phase + longer(to - from);
-  if (!(std::max({std::abs(a.x()), std::abs(a.y()), std::abs(b.x()), std::abs(b.y())}) <= limit)) {
+  auto const isNear = [](gxVector<2> const &p) { return std::abs(p.x()) <= limit && std::abs(p.y()) <= limit; };
+  if (!isNear(a) || !isNear(b)) {
     if (!gf_limitLine(a, b, limit))
       return last;
     a = {std::round(a.x()), std::round(a.y())};

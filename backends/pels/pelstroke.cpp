@@ -256,7 +256,7 @@ void gf_strokeArc(gx_PelCanvas &canvas, gx_ArcPiece const &arc, gx_PelPen const 
   std::vector<gx_ArcPlace> const places = gf_arcPlaces(moved, fineness);
   if (places.empty())
     return;
-  if (arc.u.cross(arc.v) == 0.0) {
+  if (gf_isFlat(arc)) {
     std::vector<gxVector<2>> path;
     for (gx_ArcPlace const &place : places)
       path.push_back(place.point);

@@ -1,6 +1,6 @@
 #include "backends/pels/pelstroke.h"
 
-#include "pelgrid.h"
+#include "tests/backends/pels/pelgrid.h"
 
 #include <gtest/gtest.h>
 

@@ -30,12 +30,17 @@ inline int gf_runBenchmarks(int argc, char **argv, std::vector<gx_BenchRatio> co
     {
       for (Run const &run : runs)
         if (!run.error_occurred && (run.run_type == Run::RT_Iteration || run.aggregate_name == "median"))
-          times[run.run_name.str()] = run.GetAdjustedCPUTime() * perNanosecond(run.time_unit);
+          times[nameOf(run.run_name)] = run.GetAdjustedCPUTime() * perNanosecond(run.time_unit);
       ConsoleReporter::ReportRuns(runs);
     }
     std::map<std::string, double> times;
 
    private:
+    /// The name as it was registered, with its arguments, and without what the settings of the run add to it.
+    static std::string nameOf(benchmark::BenchmarkName const &name)
+    {
+      return name.args.empty() ? name.function_name : name.function_name + '/' + name.args;
+    }
     static double perNanosecond(benchmark::TimeUnit unit) { return 1e9 / benchmark::GetTimeUnitMultiplier(unit); }
   };
 

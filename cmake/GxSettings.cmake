@@ -37,6 +37,9 @@ function(gx_library target exported)
   add_library(gxdisplay::${exported} ALIAS ${target})
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_definitions(${target} PRIVATE GXDISPLAY_BUILDING)
+  # The library's calls of its own functions stay inside: nobody replaces them from outside.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions)
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${exported}
     VERSION ${PROJECT_VERSION}

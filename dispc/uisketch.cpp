@@ -88,10 +88,7 @@ void gxUISketch::append(void const *data, long n)
 
 void gxUISketch::opcode(signed char code, signed char layer, gxColor const &color)
 {
-  gx_StreamWriter(append(gf_sketchHeadSize))
-      .byte(static_cast<unsigned char>(code))
-      .byte(static_cast<unsigned char>(layer))
-      .bytes(&color, sizeof color);
+  writeHead(append(gf_sketchHeadSize), code, layer, color);
 }
 
 void gxUISketch::opcode(signed char code, gxGraphicProps const &props)
@@ -104,17 +101,14 @@ void gxUISketch::opcode(signed char code, gxGraphicProps const &props)
   props_.opcode(this, props);
 }
 
-gx_StreamWriter gxUISketch::record(gx_SketchCode code, long layer, gxGraphicProps const &props, gxColor const &color,
-                                   long n)
+/// Writes the properties if they have changed, and makes room for a head and @p n bytes; or throws and writes nothing.
+void gxUISketch::prepareRecord(gxGraphicProps const &props, long n)
 {
   bool const changed = props != props_;
   long const before = changed ? gf_sketchPrefixSize + gf_sketchHeadSize : gf_sketchHeadSize;
-  if (n < 0 || n > long(capacity_) - size_ - before)
-    growBy(n < 0 || n > maxSize - before ? maxSize : before + n);
+  growBy(n < 0 || n > maxSize - before ? maxSize : before + n);
   if (changed)
     opcode(static_cast<signed char>(gx_SketchCode::props), props);
-  opcode(static_cast<signed char>(code), static_cast<signed char>(layer), color);
-  return gx_StreamWriter(append(n));
 }
 
 gxUISketch &gxUISketch::insert(gxUISketch const &s, gxUISketchMark at)

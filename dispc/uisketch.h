@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 /// A position in a sketch: the end of one record and the start of the next. Good for the sketch that gave it, as long
 /// as nothing before it changes.
@@ -69,7 +70,15 @@ class GX_API gxUISketch
   void opcode(signed char code, gxGraphicProps const &props);
   /// Appends what stands before a payload, and room for it: the properties if they have changed, the head with @p
   /// color, and @p n bytes that the caller fills. One growth for all.
-  gx_StreamWriter record(gx_SketchCode code, long layer, gxGraphicProps const &props, gxColor const &color, long n);
+  gx_StreamWriter record(gx_SketchCode code, long layer, gxGraphicProps const &props, gxColor const &color, long n)
+  {
+    // By far the most records find their properties in force and room enough.
+    if (props != props_ || n < 0 || n > long(capacity_) - size_ - gf_sketchHeadSize)
+      prepareRecord(props, n);
+    unsigned char *const at = bytes_ + size_;
+    size_ += static_cast<std::int32_t>(gf_sketchHeadSize + n);
+    return writeHead(at, static_cast<signed char>(code), static_cast<signed char>(layer), color);
+  }
 
   /// The end.
   gxUISketchMark mark() const { return gxUISketchMark(size_); }
@@ -99,6 +108,23 @@ class GX_API gxUISketch
  private:
   gxUISketch(unsigned char const *bytes, long n);
   void growBy(long n);
+  void prepareRecord(gxGraphicProps const &props, long n);
+  static gx_StreamWriter writeHead(unsigned char *at, signed char code, signed char layer, gxColor const &color)
+  {
+    std::uint32_t first;
+    std::uint16_t last;
+    std::memcpy(&first, &color, sizeof first);
+    std::memcpy(&last, reinterpret_cast<unsigned char const *>(&color) + sizeof first, sizeof last);
+    if constexpr (std::endian::native == std::endian::little) {  // as one store
+      auto const head = static_cast<unsigned char>(code) | std::uint64_t(static_cast<unsigned char>(layer)) << 8 |
+                        std::uint64_t(first) << 16 | std::uint64_t(last) << 48;
+      return gx_StreamWriter(at).bytes(&head, sizeof head);
+    }
+    return gx_StreamWriter(at)
+        .byte(static_cast<unsigned char>(code))
+        .byte(static_cast<unsigned char>(layer))
+        .bytes(&color, sizeof color);
+  }
   long within(gxUISketchMark m) const { return std::clamp(m.mark(), 0L, long(size_)); }
   gxGraphicProps const &props() const { return props_; }
   void props(gxGraphicProps const &p) { props_ = p; }

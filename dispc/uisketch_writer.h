@@ -40,7 +40,12 @@ class gx_StreamWriter
   /// 32 bits.
   gx_StreamWriter &word(long v) { return number(gf_narrow(v)); }
   gx_StreamWriter &real(double v) { return number(std::bit_cast<std::uint64_t>(v)); }
-  gx_StreamWriter &vector(gxVector<2> const &v) { return real(v.x()).real(v.y()); }
+  gx_StreamWriter &vector(gxVector<2> const &v)
+  {
+    if constexpr (std::endian::native == std::endian::little)
+      return bytes(&v, sizeof v);  // as one store
+    return real(v.x()).real(v.y());
+  }
   gx_StreamWriter &pair(gxPair<long> const &p) { return word(p.x()).word(p.y()); }
 
  private:

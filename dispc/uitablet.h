@@ -320,7 +320,9 @@ class GX_API gxUITablet : public gx_UITabletBase
  private:
   bool canDraw(Layers layer) const;
   bool hasSurface(Layers layer) const;
-  bool okToDraw(Layers layer);
+  /// The draw decision; see drawOn(). Inline as far as most tablets that only record get.
+  bool okToDraw(Layers layer) { return visible() && okToDrawVisible(layer); }
+  bool okToDrawVisible(Layers layer);
   bool visible_(bool show);
   gxPoint const &mapPoint(gxPoint const &p, Layers layer, gxPoint &tmp) const;
   gxUIRect pelRect(gxRect const &r) const;

@@ -122,7 +122,7 @@ void gxUITablet::stampDrawnIfOther()
     stampDrawn();
 }
 
-bool gxUITablet::okToDraw(Layers layer)
+bool gxUITablet::okToDrawVisible(Layers layer)
 {
   if (!canDraw(layer))
     return false;

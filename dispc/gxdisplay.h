@@ -23,6 +23,8 @@
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
 #include "foundation/ellipse2.h"
+#include "foundation/ellipseannulus.h"
+#include "foundation/ellipsearc.h"
 #include "foundation/ellipsearc2.h"
 #include "foundation/exception.h"
 #include "foundation/export.h"

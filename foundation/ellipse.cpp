@@ -2,6 +2,7 @@
 
 #include "foundation/circle.h"
 #include "foundation/detail/axes.h"
+#include "foundation/ellipse2.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -12,17 +13,42 @@
 namespace
 {
 
-/// The record of the ellipse that @p fromUnit makes of the unit circle.
-gxEllipse::gxEllipseGeom imageOfUnitCircle(gxVector<2> const &center, gxMatrix<2> const &fromUnit, gxRadian &phase)
+/// From the plane of the unit circle to that of the ellipse, without regard to a phase and the center.
+gxMatrix<2> axesMatrix(gxEllipse::gxEllipseGeom const &geom)
+{
+  double const c = std::cos(geom.angle.value()), s = std::sin(geom.angle.value());
+  double const rx = geom.radii.x(), ry = geom.reversed != 0 ? -geom.radii.y() : geom.radii.y();
+  return {c * rx, -s * ry, s * rx, c * ry};
+}
+
+/// The ellipse that a matrix makes of the unit circle, and the angle on it of the image of angle 0.
+struct Image {
+  gxEllipse ellipse;
+  gxRadian phase;
+};
+
+Image imageOfUnitCircle(gxVector<2> const &center, gxMatrix<2> const &fromUnit)
 {
   gx_EllipseAxes const axes = gf_ellipseAxes(fromUnit, 0.0);
-  gxEllipse::gxEllipseGeom geom;
-  geom.center = center;
-  geom.radii = {axes.rx, axes.ry};
-  geom.angle = gxRadian(axes.angle);
-  geom.reversed = axes.mirrored ? 1 : 0;
-  phase = gxRadian(axes.phase);
-  return geom;
+  Image image{gxEllipse(center, {axes.rx, axes.ry}, gxRadian(axes.angle)), gxRadian(axes.phase)};
+  image.ellipse.isReversed(axes.mirrored);
+  return image;
+}
+
+Image mapped(gxEllipse::gxEllipseGeom const &geom, gxXform<2> const &xform)
+{
+  double const a = xform.matrix().element(0, 0), b = xform.matrix().element(0, 1);
+  double const c = xform.matrix().element(1, 0), d = xform.matrix().element(1, 1);
+  bool const isSimilar = a == d && b == -c;
+  if (!isSimilar && !(a == -d && b == c))
+    return imageOfUnitCircle(xform * geom.center, xform.matrix() * axesMatrix(geom));
+  // a similarity keeps the axes, so that nothing is left to rounding but scale and angle
+  gxRadian const turn(std::atan2(c, a));
+  Image image{
+      gxEllipse(xform * geom.center, geom.radii * std::hypot(a, c), isSimilar ? geom.angle + turn : turn - geom.angle),
+      gxRadian()};
+  image.ellipse.isReversed(isSimilar == (geom.reversed != 0));
+  return image;
 }
 
 }  // namespace
@@ -36,8 +62,9 @@ gxEllipse::gxEllipse(gxEllipseGeom const &geom) : gxEllipse(geom.center, geom.ra
 
 gxEllipse::gxEllipse(gxEllipseUnit const &unit)
 {
-  gxRadian phase;
-  *this = gxEllipse(imageOfUnitCircle(unit.center(), unit.matrix().inverse(), phase));
+  Image const image = imageOfUnitCircle(unit.center(), unit.matrix().inverse());
+  *this = image.ellipse;
+  phase_ = image.phase;
 }
 
 gxEllipse::gxEllipse(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle)
@@ -57,9 +84,10 @@ gxEllipse::gxEllipseUnit gxEllipse::unit() const
 
 gxXform<2> gxEllipse::fromUnit() const
 {
-  double const c = std::cos(geom_.angle.value()), s = std::sin(geom_.angle.value());
-  double const rx = geom_.radii.x(), ry = isReversed() ? -geom_.radii.y() : geom_.radii.y();
-  return {gxMatrix<2>(c * rx, -s * ry, s * rx, c * ry), geom_.center};
+  if (phase_.value() == 0.0)
+    return {axesMatrix(geom_), geom_.center};
+  double const c = std::cos(phase_.value()), s = std::sin(phase_.value());
+  return {axesMatrix(geom_) * gxMatrix<2>(c, -s, s, c), geom_.center};
 }
 
 gxVector<2> gxEllipse::point(gxRadian t) const
@@ -69,24 +97,9 @@ gxVector<2> gxEllipse::point(gxRadian t) const
 
 gxEllipse gxEllipse::map(gxXform<2> const &xform) const
 {
-  gxRadian phase;
-  return map(xform, phase);
-}
-
-gxEllipse gxEllipse::map(gxXform<2> const &xform, gxRadian &phase) const
-{
-  double const a = xform.matrix().element(0, 0), b = xform.matrix().element(0, 1);
-  double const c = xform.matrix().element(1, 0), d = xform.matrix().element(1, 1);
-  bool const isSimilar = a == d && b == -c;
-  if (!isSimilar && !(a == -d && b == c))
-    return gxEllipse(imageOfUnitCircle(xform * geom_.center, xform.matrix() * fromUnit().matrix(), phase));
-  // a similarity keeps the axes, so that nothing is left to rounding but scale and angle
-  gxRadian const turn(std::atan2(c, a));
-  phase = gxRadian();
-  gxEllipse image(xform * geom_.center, geom_.radii * std::hypot(a, c),
-                  isSimilar ? geom_.angle + turn : turn - geom_.angle);
-  image.isReversed(isSimilar == isReversed());
-  return image;
+  Image image = mapped(geom_, xform);
+  image.ellipse.phase_ = phase_ + image.phase;
+  return image.ellipse;
 }
 
 gx_ArcPiece gxEllipse::piece(gxRadian start, gxRadian span) const
@@ -110,6 +123,11 @@ double gxEllipse::distToPoint(gxVector<2> const &p) const
   return p.distance(nearestPoint(p));
 }
 
+bool gxEllipse::within(gxVector<2> const &p) const
+{
+  return gxEllipse2(radii(), angle(), center()).within(p);
+}
+
 double gxEllipse::perimeter() const
 {
   return piece(gxRadian(), gxRadian(gf_turnRadians)).lengthTo(1.0);
@@ -119,14 +137,15 @@ gxArchive &operator||(gxArchive &archive, gxEllipse &ellipse)
 {
   gf_refuseVersion(gf_passVersion(archive, 0), "gxEllipse");
   gxVector<2> center = ellipse.center(), radii = ellipse.radii();
-  gxRadian angle = ellipse.angle();
+  gxRadian angle = ellipse.angle(), phase = ellipse.phase();
   bool reversed = ellipse.isReversed();
-  archive || center || radii || angle || reversed;
+  archive || center || radii || angle || reversed || phase;
   if (archive.isLoading()) {
     if (radii.x() < 0.0 || radii.y() < 0.0)
       archive.fail("an ellipse of negative radius");
     ellipse = gxEllipse(center, radii, angle);
     ellipse.isReversed(reversed);
+    ellipse.phase_ = phase;
   }
   return archive;
 }

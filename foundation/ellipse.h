@@ -15,9 +15,9 @@ struct gx_ArcPiece;
 
 /// An ellipse as a plain value, no shape (see gxEllipse2 for that).
 ///
-/// The point at t is center + R(angle) * (rx cos t, ry sin t), where R turns by the angle; on a *reversed* ellipse,
-/// which a mirroring map makes, it is center + R(angle) * (rx cos t, -ry sin t). There is no phase: a map may move
-/// the point at t to another angle of the image (gxEllipseArc::map takes care of that).
+/// The point at t is center + R(angle) * (rx cos s, ry sin s) with s = t + phase, where R turns by the angle; on a
+/// *reversed* ellipse, which a mirroring map makes, s = -(t + phase). The phase is 0 but for images under maps: there
+/// it keeps the image of the point at t at t. It is no part of the record `geom()`.
 class GX_API gxEllipse
 {
  public:
@@ -64,6 +64,9 @@ class GX_API gxEllipse
   gxVector<2> const &center() const { return geom_.center; }
   gxVector<2> const &radii() const { return geom_.radii; }
   gxRadian angle() const { return geom_.angle; }
+  gxRadian phase() const { return phase_; }
+  /// The same ellipse with its angles counted from the axis: what was at t is at t + phase.
+  gxEllipse withoutPhase() const { return gxEllipse(geom_); }
   bool isReversed() const { return geom_.reversed != 0; }
   void isReversed(bool v) { geom_.reversed = v ? 1 : 0; }
   /// True if a radius is 0: the ellipse is a segment, run forth and back, or a point.
@@ -74,14 +77,15 @@ class GX_API gxEllipse
   gxXform<2> fromUnit() const;
   gxVector<2> point(gxRadian t) const;
 
+  /// The record of the image does not depend on the phase.
   gxEllipse map(gxXform<2> const &xform) const;
-  /// Maps, and tells by how much angles grow: the image of the point at t is at t + phase.
-  gxEllipse map(gxXform<2> const &xform, gxRadian &phase) const;
   gxRect boundingBox() const;
   /// The first of the nearest points of the outline.
   gxVector<2> nearestPoint(gxVector<2> const &p) const;
   /// Distance to the outline, from inside too.
   double distToPoint(gxVector<2> const &p) const;
+  /// True if @p p is inside or on the outline; a degenerate ellipse has its outline alone.
+  bool within(gxVector<2> const &p) const;
   /// Length of the outline.
   double perimeter() const;
   /// The piece of the outline from @p start through @p span.
@@ -91,12 +95,13 @@ class GX_API gxEllipse
   friend bool operator==(gxEllipse const &a, gxEllipse const &b)
   {
     return a.center() == b.center() && a.radii() == b.radii() && a.angle() == b.angle() &&
-           a.isReversed() == b.isReversed();
+           a.isReversed() == b.isReversed() && a.phase_ == b.phase_;
   }
   friend GX_API gxArchive &operator||(gxArchive &archive, gxEllipse &ellipse);
 
  private:
   gxEllipseGeom geom_;
+  gxRadian phase_;
 };
 
 static_assert(sizeof(gxEllipse::gxEllipseGeom) == 48);

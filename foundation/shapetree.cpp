@@ -50,6 +50,12 @@ void gxShapeTree::addChild(gxPtrHandle_const<gxShape> const &child)
   children_.push_back(child);
 }
 
+void gxShapeTree::clearChildren()
+{
+  mutating();
+  children_.clear();
+}
+
 bool gxShapeTree::isFinite() const
 {
   return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isFinite(); });

@@ -25,6 +25,7 @@ class GX_API gxShapeTree : public gxShape
   void addChild(gxShape const &child);
   /// Appends the very object. Throws gxBadPointer for a null handle.
   void addChild(gxPtrHandle_const<gxShape> const &child);
+  void clearChildren();
 
   bool isFinite() const override;
   /// True if no child has points.

@@ -3,11 +3,14 @@
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
 #include "foundation/ellipse2.h"
+#include "foundation/ellipseannulus.h"
+#include "foundation/ellipsearc.h"
 #include "foundation/ellipsearc2.h"
 #include "foundation/matherror.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
 #include "foundation/shapeserror.h"
+#include "foundation/shapetree.h"
 #include "tests/foundation/shape_chain.h"
 
 #include <gtest/gtest.h>
@@ -194,7 +197,7 @@ TEST(EllipseMap, LeavesTheNumbersAloneThatAMapDoesNotTouch)
   EXPECT_TRUE(*image == gxEllipse2({3, 3}, gxRadian(), {1, 2}));
 }
 
-TEST(LegacyEllipse, TellsHowAMapMovesItsAngles)
+TEST(LegacyEllipse, KeepsEveryPointAtItsAngleButTheRecordIsFreeOfThePhase)
 {
   Random random(24);
   for (int i = 0; i < 40; ++i) {
@@ -203,15 +206,18 @@ TEST(LegacyEllipse, TellsHowAMapMovesItsAngles)
     ellipse.isReversed(i % 2 == 0);
     for (int k = 0; k < 12; ++k) {
       gxXform<2> const xform = randomXform(random, k);
-      gxRadian phase;
-      gxEllipse const image = ellipse.map(xform, phase);
-      EXPECT_EQ(image, ellipse.map(xform));
-      EXPECT_LE(std::abs(phase.value()), pi / 4 + 1e-12);
-      for (double const t : {-1.0, 0.0, 2.5})
-        EXPECT_LE((xform * ellipse.point(gxRadian(t))).distance(image.point(gxRadian(t) + phase)), 1e-13);
+      gxEllipse const image = ellipse.map(xform);
+      EXPECT_LE(std::abs(image.phase().value()), pi / 4 + 1e-12);
+      for (gxRadian const t : {gxRadian(-1.0), gxRadian(0.0), gxRadian(2.5)}) {
+        EXPECT_LE((xform * ellipse.point(t)).distance(image.point(t)), 1e-13);
+        EXPECT_LE(image.point(t).distance(image.withoutPhase().point(t + image.phase())), 1e-14);
+      }
       if (xform.matrix().det() != 0.0) {
         EXPECT_EQ(image.isReversed(), ellipse.isReversed() != (xform.matrix().det() < 0.0));
       }
+      // replayed from its record, it maps to the same record
+      gxEllipse const replayed = gxEllipse(image.geom()).map(gxXform<2>(gxMatrix<2>(1, 2, 0.5, 3), {1, 1}));
+      EXPECT_EQ(replayed.withoutPhase(), image.map(gxXform<2>(gxMatrix<2>(1, 2, 0.5, 3), {1, 1})).withoutPhase());
     }
   }
 }
@@ -251,6 +257,110 @@ TEST(LegacyEllipse, ItsRecordIsFlatBytesAndFindsItsOwnDegeneracy)
   geom.radii = {-1, 1};
   EXPECT_THROW(gxEllipse{geom}, gxShapesError::BadRadius);
   EXPECT_THROW(gxEllipse2({1, -1}, gxRadian(), {0, 0}), gxShapesError::BadRadius);
+}
+
+/// Points of an arc by the formula, in no order.
+std::vector<gxVector<2>> pointsOf(gxEllipse const &ellipse, double from, double span)
+{
+  std::vector<gxVector<2>> points;
+  for (int i = 0; i <= 50; ++i)
+    points.push_back(ellipse.point(gxRadian(from + span * i / 50)));
+  return points;
+}
+
+void expectSamePoints(gxEllipseArc const &arc, std::vector<gxVector<2>> const &points)
+{
+  EXPECT_LE(std::fmin(arc.startPoint().distance(points.front()), arc.startPoint().distance(points.back())), 1e-12);
+  EXPECT_LE(std::fmin(arc.endPoint().distance(points.front()), arc.endPoint().distance(points.back())), 1e-12);
+  for (auto const &p : points) {
+    EXPECT_LE(arc.distToPoint(p), 1e-12) << arc << " from " << p;
+    EXPECT_EQ(arc.encloseRect().enclose(gxRect(p, {0, 0})).size().distance(arc.encloseRect().size()) < 1e-12, true);
+  }
+}
+
+TEST(LegacyArc, RunsFromStartToEndAndOnReversedEllipsesBothWays)
+{
+  gxEllipse ellipse({1, 2}, {3, 0.5}, gxRadian(0.7));
+  EXPECT_DOUBLE_EQ(gxEllipseArc(ellipse, gxRadian(1), gxRadian(2)).span().value(), 1);
+  EXPECT_DOUBLE_EQ(gxEllipseArc(ellipse, gxRadian(2), gxRadian(1)).span().value(), 2 * pi - 1);
+  EXPECT_EQ(gxEllipseArc(ellipse, gxRadian(1), gxRadian(1)).span().value(), 0);
+  EXPECT_EQ(gxEllipseArc(ellipse, gxRadian(9), gxRadian(1)).span().value(), 2 * pi);
+  expectSamePoints(gxEllipseArc(ellipse, gxRadian(2), gxRadian(1)), pointsOf(ellipse, 2, 2 * pi - 1));
+  ellipse.isReversed(true);
+  expectSamePoints(gxEllipseArc(ellipse, gxRadian(1), gxRadian(2)), pointsOf(ellipse, 1, 1));
+  expectSamePoints(gxEllipseArc(ellipse, gxRadian(2), gxRadian(1)), pointsOf(ellipse, 2, -1));
+  EXPECT_EQ(gxEllipseArc(ellipse, gxRadian(9), gxRadian(1)).span().value(), -2 * pi);
+
+  // the backward arc of a circle from 0.3 through -1: the ellipse reversed, the negated angles from last to first
+  gxEllipse circle(gxCircle({0, 0}, 2));
+  std::vector<gxVector<2>> const points = pointsOf(circle, 0.3, -1);
+  circle.isReversed(true);
+  expectSamePoints(gxEllipseArc(circle, gxRadian(0.7), gxRadian(-0.3)), points);
+}
+
+TEST(LegacyArc, MapsPointForPoint)
+{
+  Random random(25);
+  for (int i = 0; i < 40; ++i) {
+    gxEllipse ellipse(random.point(2), {random.between(0.1, 3), random.between(0.1, 3)},
+                      gxRadian(random.between(-4, 4)));
+    ellipse.isReversed(i % 3 == 0);
+    gxEllipseArc const arc(ellipse, gxRadian(random.between(-7, 7)), gxRadian(random.between(-7, 7)));
+    std::vector<gxVector<2>> const points = pointsOf(ellipse, arc.start().value(), arc.span().value());
+    expectSamePoints(arc, points);
+    EXPECT_EQ(gxEllipseArc::fromSpan(arc.ellipse(), arc.start(), arc.span()), arc);
+    for (int k = 0; k < 12; ++k) {
+      if (k == 4 || k == 5)
+        continue;  // singular
+      gxXform<2> const xform = randomXform(random, k);
+      gxEllipseArc const image = arc.map(xform);
+      std::vector<gxVector<2>> images = points;
+      for (auto &p : images)
+        p = xform * p;
+      expectSamePoints(image, images);
+      EXPECT_GE(image.span().value() * (image.ellipse().isReversed() ? 0 : 1), 0);
+      // mapped onto its own unit circle, the arc is an ordinary one of the circle
+      gxEllipseArc const round = image.map(image.ellipse().unit().xform());
+      EXPECT_LE(round.ellipse().radii().distance({1, 1}), 1e-10);
+      EXPECT_FALSE(round.ellipse().isReversed());
+      EXPECT_NEAR(round.span().value(), std::abs(image.span().value()), 1e-9);
+      EXPECT_NEAR(image.perimeter(), gxEllipseArc::fromSpan(image.ellipse(), image.end(), -image.span()).perimeter(),
+                  1e-12);
+    }
+  }
+}
+
+TEST(EllipseAnnulus, HoldsWhatIsInsideOneEllipseAndMapsSectionsByTheirPoints)
+{
+  gxEllipseAnnulus const ring(gxEllipse({0, 0}, {1, 2}, gxRadian(0.4)), gxEllipse({0, 0}, {4, 3}, gxRadian()));
+  EXPECT_TRUE(ring.within({3, 0}) && ring.within({4, 0}) && !ring.within({0, 0}) && !ring.within({5, 0}));
+  EXPECT_TRUE(ring.isRightHanded() && !ring.reverse()->isRightHanded() && !ring.degen());
+  EXPECT_NEAR(ring.perimeter(), perimeterOf(1, 2) + perimeterOf(4, 3), 1e-13);
+  EXPECT_NEAR(ring.distanceToPoint({0, 0}), 1, 1e-15);
+  EXPECT_TRUE(dynamic_cast<gxRegionTree &>(*ring.decompose()).within({3, 0}));
+  EXPECT_FALSE(ring.decompose()->within({0, 0}));
+
+  gxEllipseAnnulusSection const whole(ring, gxRadian(1), gxRadian(1 + 2 * pi));
+  EXPECT_TRUE(whole.isWholeTurn());
+  EXPECT_NEAR(whole.perimeter(), ring.perimeter(), 1e-13);
+
+  Random random(26);
+  for (auto const &angles : {gxVector<2>(0.5, 2), gxVector<2>(5, 1), gxVector<2>(-3, 2)}) {
+    gxEllipseAnnulusSection const section(ring, gxRadian(angles.x()), gxRadian(angles.y()), false, true, false);
+    for (int k = 0; k < 12; ++k) {
+      if (k == 4 || k == 5)
+        continue;  // singular
+      gxXform<2> const xform = randomXform(random, k), back = xform.inverse();
+      gxEllipseAnnulusSection const image = section.map(xform);
+      EXPECT_NEAR(image.perimeter(), section.decompose()->mapShape(xform)->perimeter(), 1e-11);
+      for (int i = 0; i < 20; ++i) {
+        gxVector<2> const p = random.point(4);
+        EXPECT_EQ(image.within(xform * p), section.within(p));
+        EXPECT_EQ(image.map(back).within(p), section.within(p));
+      }
+      EXPECT_TRUE(!image.isForward() && image.flag1() && !image.flag2());
+    }
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "foundation/circle.h"
 #include "foundation/ellipse2.h"
+#include "foundation/ellipseannulus.h"
 #include "foundation/ellipsearc2.h"
 #include "foundation/genrect.h"
 #include "foundation/lineseg.h"
@@ -116,6 +117,16 @@ std::vector<Row> rows()
   add("small arc of a big circle",
       new gxEllipseArc2(gxEllipse2({50, 50}, gxRadian(), {0, -50}), gxRadian(pi / 2 - 0.02), gxRadian(0.04)),
       ellipse({0, -50}, {50, 50}, 0, pi / 2 - 0.02, 0.04));
+
+  auto const annular = [](double from, double span) {  // inner arc forth, outer arc back
+    Chain outer = ellipse({0, 0}, {3, 2}, 0.3, from, span), inner = ellipse({0.2, 0}, {1, 1.5}, 0.3, from, span);
+    outer.insert(outer.end(), inner.rbegin(), inner.rend());
+    return closed(outer);
+  };
+  gxEllipseAnnulus const ring(gxEllipse({0.2, 0}, {1, 1.5}, gxRadian(0.3)), gxEllipse({0, 0}, {3, 2}, gxRadian(0.3)));
+  add("section of a ring", new gxEllipseAnnulusSection(ring, gxRadian(0.5), gxRadian(2.2)), annular(0.5, 1.7));
+  add("section of a ring beyond the turn", new gxEllipseAnnulusSection(ring, gxRadian(6), gxRadian(1)),
+      annular(6, 1 - 6 + 2 * pi));
 
   auto *const chained = new gxContourTree;
   chained->addChild(gxLineSeg({-3, 0}, {-1, 0}));

@@ -230,8 +230,8 @@ Faults foreignHeaders(Files const &files, FloorTable const &floors, int upToFloo
   Faults faults;
   forEachInclude(files, false, [&](std::string const &path, Include const &include) {
     bool const standard = include.name.find_first_of("./") == std::string::npos;
-    bool const intrinsics = include.name.ends_with("mmintrin.h");  // the compiler's own
-    if (!standard && !intrinsics && floors.floorOf(path).value_or(0) <= upToFloor)
+    bool const instructions = include.name.ends_with("intrin.h") && path.ends_with(".cpp");
+    if (!standard && !instructions && floors.floorOf(path).value_or(0) <= upToFloor)
       faults.push_back(place(path, include) + "<" + include.name + "> is no header of the standard library of C++");
   });
   return faults;

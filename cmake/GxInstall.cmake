@@ -36,19 +36,20 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/gxdisplay-config-version.
 install(FILES ${PROJECT_BINARY_DIR}/gxdisplay-config.cmake ${PROJECT_BINARY_DIR}/gxdisplay-config-version.cmake
   DESTINATION ${GXDISPLAY_CMAKEDIR})
 
-# gx_pkg_config(LIBRARY DESCRIPTION REQUIRES): LIBRARY.pc. Paths follow the file, so that the tree may be moved.
-function(gx_pkg_config library description requires)
+# gx_pkg_config(LIBRARY DESCRIPTION [REQUIRES]): LIBRARY.pc. Paths follow the file, so that the tree may be moved.
+function(gx_pkg_config library description)
   string(REPLACE _ - name ${library})
+  set(requires ${ARGN})
   cmake_path(SET folder NORMALIZE ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${folder} OUTPUT_VARIABLE up)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/gxdisplay.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
-gx_pkg_config(gxdisplay "${PROJECT_DESCRIPTION}" "")
+gx_pkg_config(gxdisplay "${PROJECT_DESCRIPTION}")
 if(TARGET gxdisplay_pels)
-  gx_pkg_config(gxdisplay_pels "A memory surface for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
+  gx_pkg_config(gxdisplay_pels "A surface in memory for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
 endif()
 if(TARGET gxdisplay_png)
-  gx_pkg_config(gxdisplay_png "PNG files for the memory surface of gxdisplay" "gxdisplay-pels = ${PROJECT_VERSION}")
+  gx_pkg_config(gxdisplay_png "PNG files for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
 endif()

@@ -16,13 +16,14 @@ if(PROJECT_IS_TOP_LEVEL)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo or MinSizeRel" FORCE)
   endif()
 
-  # Precompiled headers are cached only when ccache is told not to mind their time stamps.
+  # Precompiled headers are cached only when ccache is told not to mind their time stamps. Sources have absolute paths,
+  # so that the build folder makes no difference.
   find_program(GXDISPLAY_CCACHE ccache)
   mark_as_advanced(GXDISPLAY_CCACHE)
+  set(GXDISPLAY_CCACHE_SETTINGS
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime CCACHE_NOHASHDIR=1)
   if(GXDISPLAY_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER
-      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-      ${GXDISPLAY_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env ${GXDISPLAY_CCACHE_SETTINGS} ${GXDISPLAY_CCACHE})
   endif()
 endif()
 

@@ -1,6 +1,5 @@
 #include "foundation/archive.h"
 
-#include "foundation/bytes.h"
 #include "foundation/detail/archivepass.h"
 #include "foundation/detail/objecttable.h"
 
@@ -79,19 +78,6 @@ gxArchive::gxArchive(bool storing, Limits const &limits)
 
 gxArchive::~gxArchive() = default;
 
-// Wire is the type of the stored bytes, T that of the value.
-template <class Wire, class T>
-inline gxArchive &gxArchive::number(T &v)
-{
-  need(sizeof(Wire));
-  if (mode_)
-    gf_putLittle(cursor_, static_cast<Wire>(v));
-  else
-    v = static_cast<T>(gf_getLittle<Wire>(cursor_));
-  cursor_ += sizeof(Wire);
-  return *this;
-}
-
 gxArchive &gxArchive::operator||(bool &v)
 {
   auto byte = static_cast<unsigned char>(v ? 1 : 0);
@@ -102,51 +88,6 @@ gxArchive &gxArchive::operator||(bool &v)
   }
   v = byte != 0;
   return *this;
-}
-
-gxArchive &gxArchive::operator||(signed char &v)
-{
-  return number<signed char>(v);
-}
-
-gxArchive &gxArchive::operator||(unsigned short &v)
-{
-  return number<std::uint16_t>(v);
-}
-
-gxArchive &gxArchive::operator||(int &v)
-{
-  return number<std::int32_t>(v);
-}
-
-gxArchive &gxArchive::operator||(unsigned int &v)
-{
-  return number<std::uint32_t>(v);
-}
-
-gxArchive &gxArchive::operator||(long &v)
-{
-  return number<std::int32_t>(v);
-}
-
-gxArchive &gxArchive::operator||(unsigned long &v)
-{
-  return number<std::uint32_t>(v);
-}
-
-gxArchive &gxArchive::operator||(float &v)
-{
-  return number<float>(v);
-}
-
-gxArchive &gxArchive::operator||(double &v)
-{
-  return number<double>(v);
-}
-
-gxArchive &operator||(gxArchive &archive, unsigned char &v)
-{
-  return archive.number<unsigned char>(v);
 }
 
 gxArchive &gxArchive::operator||(std::string &v)
@@ -193,17 +134,26 @@ long gxArchive::passCount(long count, std::size_t bytesEach)
     return count;
   if (count < 0)
     fail("a count of " + std::to_string(count));
-  std::size_t const left = static_cast<std::size_t>(end_ - cursor_);
-  if (static_cast<std::size_t>(count) > left / std::max<std::size_t>(bytesEach, 1))
-    fail("a count of " + std::to_string(count) + " elements, but " + std::to_string(left) + " bytes are left");
+  if (static_cast<std::uint64_t>(count) > bytesLeft() / std::max<std::size_t>(bytesEach, 1))
+    fail("a count of " + std::to_string(count) + " elements, but " + std::to_string(bytesLeft()) + " bytes are left");
   return count;
 }
 
 void gxArchive::requireBytes(std::size_t bytes, char const *what) const
 {
-  auto const left = static_cast<std::size_t>(end_ - cursor_);
-  if (!mode_ && bytes > left)
-    fail(std::string(what) + " takes " + std::to_string(bytes) + " bytes, but " + std::to_string(left) + " are left");
+  if (!mode_ && bytes > bytesLeft())
+    fail(std::string(what) + " takes " + std::to_string(bytes) + " bytes, but " + std::to_string(bytesLeft()) +
+         " are left");
+}
+
+std::uint64_t gxArchive::bytesLeft() const
+{
+  return mode_ ? 0 : beyond_ + static_cast<std::uint64_t>(end_ - cursor_);
+}
+
+bool gxArchive::isPassing(gxPersistent const &object) const
+{
+  return gx_Pass::isPassing(*this, object);
 }
 
 std::uint64_t gxArchive::position() const
@@ -218,8 +168,19 @@ void gxArchive::fail(std::string const &what) const
 
 unsigned char gf_passVersion(gxArchive &archive, unsigned char current)
 {
-  if (archive.scrubs_)
-    return current;
-  archive.number<unsigned char>(current);
+  if (!archive.scrubs_)
+    archive || current;
   return current;
+}
+
+bool gf_enterClass(gxArchive &archive, void const *part, std::size_t size, void const *level, unsigned char &version)
+{
+  if (gx_Pass *const pass = archive.pass_) {
+    if (pass->isMarked(part, size, level))
+      return false;
+    pass->mark(part, size, level);
+  }
+  if (!archive.scrubs_)
+    archive || version;
+  return true;
 }

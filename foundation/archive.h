@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/bytes.h"
 #include "foundation/exception.h"
 #include "foundation/export.h"
 #include "foundation/handle.h"
@@ -74,16 +75,17 @@ class GX_API gxArchive
   bool isStoring() const { return mode_ != 0; }
   bool isLoading() const { return mode_ == 0; }
 
-  gxArchive &operator||(bool &v);            ///< 8 bits, 0 or 1
-  gxArchive &operator||(signed char &v);     ///< 8 bits
-  gxArchive &operator||(unsigned short &v);  ///< 16 bits
-  gxArchive &operator||(int &v);             ///< 32 bits
-  gxArchive &operator||(unsigned int &v);    ///< 32 bits
-  gxArchive &operator||(long &v);            ///< 32 bits; storing narrows
-  gxArchive &operator||(unsigned long &v);   ///< 32 bits; storing narrows
-  gxArchive &operator||(float &v);           ///< 32 bits
-  gxArchive &operator||(double &v);          ///< 64 bits
-  gxArchive &operator||(std::string &v);     ///< length, then the bytes
+  gxArchive &operator||(bool &v);                                                ///< 8 bits, 0 or 1
+  gxArchive &operator||(signed char &v) { return number<signed char>(v); }       ///< 8 bits
+  gxArchive &operator||(unsigned short &v) { return number<std::uint16_t>(v); }  ///< 16 bits
+  gxArchive &operator||(int &v) { return number<std::int32_t>(v); }              ///< 32 bits
+  gxArchive &operator||(unsigned int &v) { return number<std::uint32_t>(v); }    ///< 32 bits
+  gxArchive &operator||(long &v) { return number<std::int32_t>(v); }             ///< 32 bits; storing narrows
+  gxArchive &operator||(unsigned long &v) { return number<std::uint32_t>(v); }   ///< 32 bits; storing narrows
+  gxArchive &operator||(float &v) { return number<float>(v); }                   ///< 32 bits
+  gxArchive &operator||(double &v) { return number<double>(v); }                 ///< 64 bits
+  friend gxArchive &operator||(gxArchive &a, unsigned char &v) { return a.number<unsigned char>(v); }  ///< 8 bits
+  gxArchive &operator||(std::string &v);  ///< length, then the bytes
   /// @p n bytes as they stand.
   gxArchive &raw(char *bytes, long n);
 
@@ -94,8 +96,27 @@ class GX_API gxArchive
   /// what a loaded size announces. Storing: nothing.
   void requireBytes(std::size_t bytes, char const *what) const;
 
+  /// The short way of null pointers, to spare a call. Storing: passes a null pointer if @p isNull, and returns that.
+  /// Loading: returns true if a null pointer comes next, and passes it.
+  bool passNullPointer(bool isNull)
+  {
+    if (mode_) {
+      if (isNull)
+        need(1), *cursor_++ = 0;
+      return isNull;
+    }
+    bool const comes = cursor_ != end_ && *cursor_ == 0;
+    cursor_ += comes;
+    return comes;
+  }
+
+  /// True if the object is passing just now: whoever meets a pointer to it meanwhile is inside it, and closes a ring.
+  bool isPassing(gxPersistent const &object) const;
+
   /// Bytes from the start of the archive to here.
   std::uint64_t position() const;
+  /// Loading: bytes from here to the end of the stream. Storing: 0.
+  std::uint64_t bytesLeft() const;
 
   /// Throws Errors with @p what and the present byte position.
   [[noreturn]] void fail(std::string const &what) const;
@@ -111,9 +132,10 @@ class GX_API gxArchive
   friend class gx_Pass;
   friend class gx_ScrubbingArchive;
   friend GX_API unsigned char gf_passVersion(gxArchive &archive, unsigned char current);
-  friend GX_API gxArchive &operator||(gxArchive &archive, unsigned char &v);
+  friend GX_API bool gf_enterClass(gxArchive &, void const *, std::size_t, void const *, unsigned char &);
   friend GX_API gxArchive &operator||(gxArchive &archive, gxPersistent &object);
   friend GX_API gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object);
+  friend GX_API gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object);
 
   /// Makes @p n bytes available at cursor_: room while storing, content while loading.
   void need(std::size_t n)
@@ -124,17 +146,30 @@ class GX_API gxArchive
   virtual void more_(std::size_t n) = 0;
   virtual void raw_(char *bytes, std::size_t n) = 0;
 
+  // Wire is the type of the stored bytes, T that of the value.
   template <class Wire, class T>
-  gxArchive &number(T &v);
+  gxArchive &number(T &v)
+  {
+    need(sizeof(Wire));
+    if (mode_)
+      gf_putLittle(cursor_, static_cast<Wire>(v));
+    else
+      v = static_cast<T>(gf_getLittle<Wire>(cursor_));
+    cursor_ += sizeof(Wire);
+    return *this;
+  }
 
   int const mode_;  ///< 0 while loading
+  // The buffer from begin_ to end_, used up to cursor_; before it in the archive lie before_ bytes, and while loading
+  // beyond_ bytes are still to come after it.
   unsigned char *cursor_ = nullptr;
   unsigned char *end_ = nullptr;
   unsigned char *begin_ = nullptr;
-  std::uint64_t before_ = 0;  ///< bytes of the archive before begin_
+  std::uint64_t before_ = 0;
+  std::uint64_t beyond_ = 0;
   Limits limits_;
-  int depth_ = 0;        ///< objects that are passing just now
-  bool scrubs_ = false;  ///< see gx_ScrubbingArchive
+  bool scrubs_ = false;      ///< see gx_ScrubbingArchive
+  gx_Pass *pass_ = nullptr;  ///< the object that is passing just now, the innermost one
   std::unique_ptr<gx_ObjectTable> objects_;
 };
 
@@ -163,8 +198,9 @@ class GX_API gxStoringArchive : public gxArchive
   bool broken_ = false;
 };
 
-/// Loads from a stream, which it reads to the end at once. A stream that can be positioned is set to the byte behind
-/// the last loaded one when the archive ends, so that whatever follows in the stream can be read.
+/// Loads from a stream: block by block if the stream can be positioned, otherwise all of it at once. A stream that can
+/// be positioned stands at the byte behind the last loaded one when the archive ends, so that whatever follows can be
+/// read from it; meanwhile it belongs to the archive.
 class GX_API gxLoadingArchive : public gxArchive
 {
  public:
@@ -173,24 +209,29 @@ class GX_API gxLoadingArchive : public gxArchive
   /// Lets go of the loaded objects, the last one first.
   ~gxLoadingArchive() override;
 
-  std::size_t bytesLeft() const;
-
  private:
   void more_(std::size_t n) override;
   void raw_(char *bytes, std::size_t n) override;
+  void open();
+  void readAll();
+  void passHeader();
+  void read(unsigned char *bytes, std::size_t n);
 
   std::istream &is_;
-  std::int64_t start_;  ///< position of the archive in the stream, or -1
-  std::unique_ptr<unsigned char[]> content_;
+  std::int64_t start_ = -1;  ///< position of the archive in the stream, or -1
+  std::unique_ptr<unsigned char[]> buffer_;
 };
 
-GX_API gxArchive &operator||(gxArchive &archive, unsigned char &v);
 /// Passes the object through its class's own routine, in place (not as a pointer).
 GX_API gxArchive &operator||(gxArchive &archive, gxPersistent &object);
 
 /// Passes the object behind a handle: serializePointer(), except that the archive deletes an object that is no
 /// gxRepBase when it ends, since no handle can own that. Returns the stored or loaded object.
 GX_API gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object);
+
+/// Passes an object that is no gxRepBase and has one owner: stored anew each time its owner passes. A loaded reference,
+/// which would give it a second owner, and a gxRepBase throw gxArchive::Errors.
+GX_API gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object);
 
 /// What has an `operator||`.
 template <class T>
@@ -205,7 +246,8 @@ requires gx_Archivable<T> gxArchive &operator<<(gxArchive &archive, T const &val
 {
   if (archive.isLoading())
     archive.fail("<< on an archive that loads");
-  if constexpr (std::is_base_of_v<gxPersistent, T> || std::is_same_v<T, std::string>) {
+  if constexpr (std::is_base_of_v<gxPersistent, T> || std::is_same_v<T, std::string> ||
+                !std::is_copy_constructible_v<T>) {
     return archive || const_cast<T &>(value);  // storing leaves these as they are
   } else {
     T copy(value);
@@ -222,6 +264,23 @@ requires gx_Archivable<T> gxArchive &operator>>(gxArchive &archive, T &value)
   return archive || value;
 }
 
+/// The same for an archive that lives for one expression.
+template <class Archive, class T>
+requires std::is_base_of_v<gxArchive, Archive> gxArchive &operator||(Archive &&archive, T &value)
+{
+  return static_cast<gxArchive &>(archive) || value;
+}
+template <class Archive, class T>
+requires std::is_base_of_v<gxArchive, Archive> gxArchive &operator<<(Archive &&archive, T const &value)
+{
+  return static_cast<gxArchive &>(archive) << value;
+}
+template <class Archive, class T>
+requires std::is_base_of_v<gxArchive, Archive> gxArchive &operator>>(Archive &&archive, T &value)
+{
+  return static_cast<gxArchive &>(archive) >> value;
+}
+
 /// The object as a persistent one; null for null, and while storing Errors for an object that is not persistent.
 template <class T>
 gxPersistent *gf_asPersistent(gxArchive const &archive, T *object)
@@ -236,29 +295,82 @@ gxPersistent *gf_asPersistent(gxArchive const &archive, T *object)
   }
 }
 
+/// The T of an object, or null, as by dynamic_cast. Where the T lies in the objects of a class is looked up once for
+/// runs of objects of that class.
+template <class T>
+T *gf_castPersistent(gxPersistent *object)
+{
+  static thread_local std::type_info const *lastType = nullptr;
+  static thread_local std::ptrdiff_t toT = 0;
+  if (!object)
+    return nullptr;
+  auto *const start = reinterpret_cast<char *>(object);
+  if (lastType == &typeid(*object))
+    return reinterpret_cast<T *>(start + toT);
+  auto *const found = dynamic_cast<T *>(object);
+  if (found) {
+    lastType = &typeid(*object);
+    toT = reinterpret_cast<char *>(found) - start;
+  }
+  return found;
+}
+
 /// Passes a handle as a persistent pointer. Loading releases the old object first; an object of another type than T
 /// gives a null handle.
 template <class T>
 gxArchive &operator||(gxArchive &archive, gxPtrHandle<T> &handle)
 {
-  if (archive.isStoring()) {
+  if (archive.isLoading())
+    handle = nullptr;
+  if (archive.passNullPointer(!handle.rep()))
+    return archive;
+  if (archive.isStoring())
     gf_passShared(archive, gf_asPersistent(archive, handle.rep()));
-  } else {
-    handle = gxPtrHandle<T>();
-    handle = gxPtrHandle<T>(dynamic_cast<T *>(gf_passShared(archive, nullptr)));
-  }
+  else
+    handle = gf_castPersistent<T>(gf_passShared(archive, nullptr));
   return archive;
 }
 template <class T>
 gxArchive &operator||(gxArchive &archive, gxPtrHandle_const<T> &handle)
 {
-  if (archive.isStoring()) {
+  if (archive.isLoading())
+    handle = nullptr;
+  if (archive.passNullPointer(!handle.rep()))
+    return archive;
+  if (archive.isStoring())
     gf_passShared(archive, gf_asPersistent(archive, const_cast<T *>(handle.rep())));
-  } else {
-    handle = gxPtrHandle_const<T>();
-    handle = gxPtrHandle_const<T>(dynamic_cast<T *>(gf_passShared(archive, nullptr)));
-  }
+  else
+    handle = gf_castPersistent<T>(gf_passShared(archive, nullptr));
   return archive;
+}
+
+/// Passes what the pointer owns. Loading deletes the old object first; an object of another type than T is deleted.
+template <class T>
+gxArchive &operator||(gxArchive &archive, std::unique_ptr<T> &pointer)
+{
+  if (archive.isLoading())
+    pointer.reset();
+  gxPersistent *const passed = gf_passOwned(archive, pointer.get());
+  if (archive.isStoring())
+    return archive;
+  pointer.reset(dynamic_cast<T *>(passed));
+  if (!pointer)
+    delete passed;
+  return archive;
+}
+
+/// Passes a handle inside an object that must not contain itself: a loaded ring throws gxArchive::Errors.
+template <class Handle>
+void gf_passWithoutRing(gxArchive &archive, Handle &handle)
+{
+  archive || handle;
+  if (archive.isStoring() || handle.isNull())
+    return;
+  auto const *const object = dynamic_cast<gxPersistent const *>(handle.rep());
+  if (object && archive.isPassing(*object)) {
+    handle = nullptr;
+    archive.fail("an object that contains itself");
+  }
 }
 
 /// Passes an enumeration as 32 bits. Any value loads: an enumeration of the library has 32 bits, and who cares about

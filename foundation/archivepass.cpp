@@ -20,5 +20,12 @@ void gx_Pass::refuseDepth() const
 
 bool gx_Pass::isMarkedFurther(void const *part, std::size_t size, void const *level) const
 {
-  return std::find(more_.begin(), more_.end(), Mark{part, size, level}) != more_.end();
+  return std::find(more_->begin(), more_->end(), Mark{part, size, level}) != more_->end();
+}
+
+void gx_Pass::markFurther(Mark const &mark)
+{
+  if (!more_)
+    more_ = std::make_unique<std::vector<Mark>>();
+  more_->push_back(mark);
 }

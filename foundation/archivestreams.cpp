@@ -100,88 +100,16 @@ void gxStoringArchive::raw_(char *bytes, std::size_t n)
   }
 }
 
-namespace
-{
-
-// Reads a stream from its present position to its end, through its buffer, so that its state stays as it is.
-class WholeStream
-{
- public:
-  WholeStream(std::streambuf &buffer, std::size_t limit) : buffer_(buffer), limit_(limit)
-  {
-    start_ = buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
-    std::size_t const expected = lengthLeft();
-    if (expected <= limit_)
-      read(std::max(expected + 1, bufferSize));  // one more than expected, to meet the end
-    else
-      tooLong_ = true;
-  }
-
-  std::int64_t start() const { return start_; }
-  bool tooLong() const { return tooLong_; }
-  std::size_t size() const { return size_; }
-  std::unique_ptr<unsigned char[]> content() { return std::move(content_); }
-
- private:
-  std::size_t lengthLeft()
-  {
-    if (start_ < 0)
-      return 0;
-    std::int64_t const end = buffer_.pubseekoff(0, std::ios_base::end, std::ios_base::in);
-    buffer_.pubseekpos(start_, std::ios_base::in);
-    return end > start_ ? static_cast<std::size_t>(end - start_) : 0;
-  }
-
-  void read(std::size_t capacity)
-  {
-    content_.reset(new unsigned char[capacity]);
-    while (true) {
-      auto const room = static_cast<std::streamsize>(capacity - size_);
-      std::streamsize const n = buffer_.sgetn(reinterpret_cast<char *>(content_.get()) + size_, room);
-      size_ += static_cast<std::size_t>(std::max<std::streamsize>(n, 0));
-      tooLong_ = size_ > limit_;
-      if (n < room || tooLong_)
-        return;
-      std::unique_ptr<unsigned char[]> larger(new unsigned char[2 * capacity]);
-      std::memcpy(larger.get(), content_.get(), size_);
-      content_ = std::move(larger);
-      capacity *= 2;
-    }
-  }
-
-  std::streambuf &buffer_;
-  std::size_t limit_;
-  std::int64_t start_ = -1;
-  std::unique_ptr<unsigned char[]> content_;
-  std::size_t size_ = 0;
-  bool tooLong_ = false;
-};
-
-}  // namespace
-
-gxLoadingArchive::gxLoadingArchive(std::istream &is, Limits const &limits)
-    : gxArchive(false, limits), is_(is), start_(-1)
+gxLoadingArchive::gxLoadingArchive(std::istream &is, Limits const &limits) : gxArchive(false, limits), is_(is)
 {
   if (!is)
     fail("the stream cannot be read");
   try {
-    WholeStream stream(*is.rdbuf(), limits.maxBytes);
-    if (stream.tooLong())
-      fail("the stream is longer than the limit of " + std::to_string(limits.maxBytes) + " bytes");
-    start_ = stream.start();
-    content_ = stream.content();
-    begin_ = cursor_ = content_.get();
-    end_ = begin_ + stream.size();
+    open();
   } catch (std::ios_base::failure const &e) {
     fail(std::string("the stream cannot be read: ") + e.what());
   }
-  if (bytesLeft() < headerSize || std::memcmp(cursor_, magic.data(), magic.size()) != 0)
-    fail("this is no archive");
-  auto const version = gf_getLittle<std::uint32_t>(cursor_ + magic.size());
-  cursor_ += magic.size();
-  if (version != formatVersion)
-    fail("an archive of format " + std::to_string(version) + ", which this release does not know");
-  cursor_ += sizeof(formatVersion);
+  passHeader();
 }
 
 gxLoadingArchive::~gxLoadingArchive()
@@ -190,21 +118,98 @@ gxLoadingArchive::~gxLoadingArchive()
     return;
   try {
     is_.rdbuf()->pubseekpos(start_ + static_cast<std::int64_t>(position()), std::ios_base::in);
-  } catch (...) {  // the stream stays at its end
+  } catch (...) {  // the stream stays where it is
   }
 }
 
-std::size_t gxLoadingArchive::bytesLeft() const
+// Works below the stream, on its buffer, so that the state of the stream stays as it is.
+void gxLoadingArchive::open()
 {
-  return static_cast<std::size_t>(end_ - cursor_);
+  std::streambuf &stream = *is_.rdbuf();
+  start_ = stream.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+  if (start_ < 0)
+    return readAll();
+  std::int64_t const end = stream.pubseekoff(0, std::ios_base::end, std::ios_base::in);
+  stream.pubseekpos(start_, std::ios_base::in);
+  beyond_ = static_cast<std::uint64_t>(std::max<std::int64_t>(end - start_, 0));
+  if (beyond_ > limits_.maxBytes)
+    fail("the stream is longer than the limit of " + std::to_string(limits_.maxBytes) + " bytes");
+  buffer_.reset(new unsigned char[bufferSize]);
+  begin_ = cursor_ = end_ = buffer_.get();
 }
 
+void gxLoadingArchive::readAll()
+{
+  std::size_t size = 0;
+  for (std::size_t capacity = bufferSize;; capacity *= 2) {
+    std::unique_ptr<unsigned char[]> larger(new unsigned char[capacity]);
+    if (size > 0)
+      std::memcpy(larger.get(), buffer_.get(), size);
+    buffer_ = std::move(larger);
+    auto const room = static_cast<std::streamsize>(capacity - size);
+    std::streamsize const n = is_.rdbuf()->sgetn(reinterpret_cast<char *>(buffer_.get()) + size, room);
+    size += static_cast<std::size_t>(std::max<std::streamsize>(n, 0));
+    if (size > limits_.maxBytes)
+      fail("the stream is longer than the limit of " + std::to_string(limits_.maxBytes) + " bytes");
+    if (n < room)
+      break;
+  }
+  begin_ = cursor_ = buffer_.get();
+  end_ = begin_ + size;
+}
+
+void gxLoadingArchive::passHeader()
+{
+  std::array<unsigned char, magic.size()> word{};
+  if (bytesLeft() >= headerSize)
+    raw(reinterpret_cast<char *>(word.data()), word.size());
+  if (word != magic)
+    fail("this is no archive");
+  std::uint32_t version = 0;
+  number<std::uint32_t>(version);
+  if (version != formatVersion)
+    fail("an archive of format " + std::to_string(version) + ", which this release does not know");
+}
+
+// Keeps what is left in the buffer, and fills it.
 void gxLoadingArchive::more_(std::size_t n)
 {
-  fail("the archive ends: " + std::to_string(n) + " bytes are due, but " + std::to_string(bytesLeft()) + " are left");
+  if (n > bytesLeft())
+    fail("the archive ends: " + std::to_string(n) + " bytes are due, but " + std::to_string(bytesLeft()) + " are left");
+  auto const kept = static_cast<std::size_t>(end_ - cursor_);
+  std::memmove(begin_, cursor_, kept);
+  before_ += static_cast<std::uint64_t>(cursor_ - begin_);
+  cursor_ = begin_;
+  end_ = begin_ + kept;
+  std::size_t const coming = std::min<std::uint64_t>(beyond_, bufferSize - kept);
+  read(end_, coming);
+  end_ += coming;
 }
 
-void gxLoadingArchive::raw_(char *, std::size_t n)
+void gxLoadingArchive::raw_(char *bytes, std::size_t n)
 {
-  more_(n);
+  if (n <= bufferSize || n > bytesLeft()) {
+    more_(n);
+    std::memcpy(bytes, cursor_, n);
+    cursor_ += n;
+    return;
+  }
+  auto const kept = static_cast<std::size_t>(end_ - cursor_);
+  std::memcpy(bytes, cursor_, kept);
+  before_ += static_cast<std::uint64_t>(end_ - begin_);
+  cursor_ = end_ = begin_;
+  read(reinterpret_cast<unsigned char *>(bytes) + kept, n - kept);
+  before_ += n - kept;
+}
+
+void gxLoadingArchive::read(unsigned char *bytes, std::size_t n)
+{
+  std::streamsize got = 0;
+  try {
+    got = is_.rdbuf()->sgetn(reinterpret_cast<char *>(bytes), static_cast<std::streamsize>(n));
+  } catch (std::ios_base::failure const &) {  // told below
+  }
+  if (got != static_cast<std::streamsize>(n))
+    fail("the stream ends before its length");
+  beyond_ -= n;
 }

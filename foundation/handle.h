@@ -45,12 +45,23 @@ class gx_PtrHandleBase_RepAccessor
     if (rep)
       gfInterlockedIncrement(&rep->count_);
   }
+  /// The first hold of an object that no other thread can know yet.
+  static void holdNew(gxRepBase const *rep)
+  {
+    if (rep)
+      std::atomic_ref(rep->count_).store(1, std::memory_order_relaxed);
+  }
   /// Deletes the object with its last handle.
   static void release(gxRepBase const *rep)
   {
     if (rep && gfInterlockedDecrement(&rep->count_) == 0)
-      delete rep;
+      destroy(rep);
   }
+
+ private:
+  /// Deletes the object at once, unless very many deletions are nested, as along a list of handles: then a little
+  /// later, before the outermost one ends, so that the stack lasts for lists of any length.
+  GX_API static void destroy(gxRepBase const *rep) noexcept;
 };
 
 /// Throws gxBadPointer.

@@ -37,6 +37,13 @@ std::string quoted(std::string_view name)
 
 thread_local gx_ObjectTable *gx_ObjectTable::living_ = nullptr;
 
+inline void gx_ObjectTable::mark(gxPersistent &object, std::size_t number) const
+{
+  object.archiveId_ = id_;
+  object.number_ = static_cast<std::uint32_t>(number);
+  object.tracked_ = true;
+}
+
 gx_ObjectTable::gx_ObjectTable(gxArchive &archive) : archive_(archive), id_(nextId()), older_(living_)
 {
   if (older_)
@@ -66,21 +73,16 @@ std::uint32_t gx_ObjectTable::numberOf(gxPersistent const &object) const
   return found != displaced_.end() && confirmed(found->second) ? found->second : none;
 }
 
-std::uint32_t gx_ObjectTable::add(gxPersistent &object, gxRepBase *held)
+// Another living archive will not find the number in the object any more.
+void gx_ObjectTable::displace(gxPersistent const &object) const
 {
-  for (gx_ObjectTable *other = object.tracked_ ? living_ : nullptr; other; other = other->older_) {
+  for (gx_ObjectTable *other = living_; other; other = other->older_) {
     if (other != this && other->id_ == object.archiveId_ && other->numberOf(object) != none)
       other->displaced_[&object] = object.number_;
   }
-  auto const number = static_cast<std::uint32_t>(entries_.size());
-  entries_.push_back({&object, held});
-  object.archiveId_ = id_;
-  object.number_ = number;
-  object.tracked_ = true;
-  return number;
 }
 
-void gx_ObjectTable::forget(std::uint32_t number)
+void gx_ObjectTable::forget(std::size_t number)
 {
   gxPersistent *const object = std::exchange(entries_[number].object, nullptr);
   if (!displaced_.empty())
@@ -130,7 +132,11 @@ void gx_ObjectTable::store(gxPersistent *object)
   if (entries_.size() >= none)
     archive_.fail("more objects than an archive can number");
   storeClass(typeid(*object));
-  std::uint32_t const number = add(*object, nullptr);
+  if (object->tracked_)
+    displace(*object);
+  std::size_t const number = entries_.size();
+  entries_.push_back({object, nullptr});
+  mark(*object, number);
   try {
     gx_Pass const pass(archive_, *object);
     object->dispatchSerialize(archive_);
@@ -138,6 +144,15 @@ void gx_ObjectTable::store(gxPersistent *object)
     forget(number);  // a reference to half an object would be of no use
     throw;
   }
+}
+
+void gx_ObjectTable::storeOwned(gxPersistent *object)
+{
+  if (object) {
+    if (std::uint32_t const number = numberOf(*object); number != none)
+      forget(number);
+  }
+  store(object);
 }
 
 void gx_ObjectTable::storeClass(std::type_info const &type)
@@ -150,7 +165,8 @@ void gx_ObjectTable::storeClass(std::type_info const &type)
     lastType_ = &type;
     lastClass_ = found->second;
   }
-  archive_ || kind || lastClass_;
+  archive_.need(sizeof(kind) + sizeof(lastClass_));
+  archive_.cursor_ = gf_putLittle(gf_putLittle(archive_.cursor_, kind), lastClass_);
 }
 
 void gx_ObjectTable::storeNewClass(std::type_info const &type)
@@ -176,7 +192,7 @@ void gx_ObjectTable::storeNewClass(std::type_info const &type)
 
 // ---------------------------------------------------------------- loading
 
-gxPersistent *gx_ObjectTable::load(bool shared)
+gxPersistent *gx_ObjectTable::load(Receiver receiver)
 {
   unsigned char kind = nullPointer;
   archive_ || kind;
@@ -184,10 +200,12 @@ gxPersistent *gx_ObjectTable::load(bool shared)
     case nullPointer:
       return nullptr;
     case objectOfNewClass:
-      return loadObject(loadNewClass(), shared);
+      return loadObject(loadNewClass(), receiver);
     case objectOfKnownClass:
-      return loadObject(loadKnownClass(), shared);
+      return loadObject(loadKnownClass(), receiver);
     case reference:
+      if (receiver == Receiver::owner)
+        archive_.fail("an object with a second owner");
       return loadReference();
     default:
       archive_.fail("a pointer of kind " + std::to_string(kind));
@@ -206,7 +224,7 @@ gxPersistent *gx_ObjectTable::loadReference()
   return entries_[number].object;
 }
 
-std::size_t gx_ObjectTable::loadKnownClass()
+inline std::size_t gx_ObjectTable::loadKnownClass()
 {
   unsigned short number = 0;
   archive_ || number;
@@ -234,47 +252,47 @@ std::size_t gx_ObjectTable::loadNewClass()
     archive_.fail("the class " + quoted(name) + " is abstract");
   if (loadedClasses_.size() > std::numeric_limits<std::uint16_t>::max())
     archive_.fail("more classes than an archive can number");
-  loadedClasses_.push_back({found.instantiator, 0, false, false});
+  loadedClasses_.push_back({found.instantiator->make(), nullptr, 0, false});
   return loadedClasses_.size() - 1;
 }
 
-gxRepBase *gx_ObjectTable::repBaseOf(gxPersistent &object, LoadedClass &loadedClass)
+inline gxRepBase *gx_ObjectTable::repBaseOf(gxPersistent &object, LoadedClass &loadedClass)
 {
-  bool const exact = typeid(object) == loadedClass.instantiator->type();
-  if (loadedClass.isKnown && exact)
+  if (loadedClass.knownType == &typeid(object))
     return loadedClass.isRepBase
                ? reinterpret_cast<gxRepBase *>(reinterpret_cast<char *>(&object) + loadedClass.toRepBase)
                : nullptr;
   auto *const base = dynamic_cast<gxRepBase *>(&object);
-  if (exact) {
-    loadedClass.isKnown = true;
-    loadedClass.isRepBase = base != nullptr;
-    loadedClass.toRepBase = base ? reinterpret_cast<char *>(base) - reinterpret_cast<char *>(&object) : 0;
-  }
+  loadedClass.knownType = &typeid(object);
+  loadedClass.isRepBase = base != nullptr;
+  loadedClass.toRepBase = base ? reinterpret_cast<char *>(base) - reinterpret_cast<char *>(&object) : 0;
   return base;
 }
 
-gxPersistent *gx_ObjectTable::loadObject(std::size_t classNumber, bool shared)
+gxPersistent *gx_ObjectTable::loadObject(std::size_t classNumber, Receiver receiver)
 {
   std::size_t const number = entries_.size();
   if (number >= std::min<std::size_t>(archive_.limits_.maxObjects, none))
     archive_.fail("more than " + std::to_string(number) + " objects");
-  if (number == entries_.capacity())
-    entries_.reserve(2 * number + 16);  // from here on nothing throws that would leave the object to nobody
-  gxPersistent *const object = loadedClasses_[classNumber].instantiator->make()();
-  gxRepBase *const held = repBaseOf(*object, loadedClasses_[classNumber]);
-  gx_PtrHandleBase_RepAccessor::hold(held);
-  add(*object, held);
+  Entry &entry = entries_.emplace_back();  // first, so that nothing can fail between making and noting the object
+  LoadedClass &loadedClass = loadedClasses_[classNumber];
+  gxPersistent *const object = loadedClass.make();
+  gxRepBase *const held = repBaseOf(*object, loadedClass);
+  gx_PtrHandleBase_RepAccessor::holdNew(held);
+  entry = {object, held};
+  mark(*object, number);
   try {
     gx_Pass const pass(archive_, *object);
     object->reInit();
     object->dispatchSerialize(archive_);
-    if (!held && shared)
+    if (held && receiver == Receiver::owner)
+      archive_.fail("a shared object where an owned one is due");
+    if (!held && receiver == Receiver::handle)
       owned_.push_back(object);
   } catch (...) {
     if (!held)
       delete object;
-    if (archive_.depth_ == 0)
+    if (!archive_.pass_)
       abandon(number);
     throw;
   }

@@ -11,11 +11,6 @@ gxPersistent::~gxPersistent()
     table->destroyed(*this);
 }
 
-// The root has no fields. What an archive keeps of an object belongs to the archive, not into the stream.
-void gxPersistent::dispatchSerialize(gxArchive &) {}
-
-void gxPersistent::reInit() {}
-
 void gxPersistent::mutating_()
 {
   bool needed = false;
@@ -40,20 +35,32 @@ void gxPersistent::setVisited(void const *part, std::size_t size, void const *le
 
 void gxPersistent::serializePointer(gxArchive &archive, gxPersistent *in, gxPersistent *&out)
 {
-  out = archive.isStoring() ? (archive.objects_->store(in), in) : archive.objects_->load(false);
+  if (archive.isLoading())
+    in = archive.objects_->load(gx_ObjectTable::Receiver::plain);
+  else
+    archive.objects_->store(in);
+  out = in;
 }
 
 gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object)
 {
   if (archive.isLoading())
-    return archive.objects_->load(true);
+    return archive.objects_->load(gx_ObjectTable::Receiver::handle);
   archive.objects_->store(object);
+  return object;
+}
+
+gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object)
+{
+  if (archive.isLoading())
+    return archive.objects_->load(gx_ObjectTable::Receiver::owner);
+  archive.objects_->storeOwned(object);
   return object;
 }
 
 gxArchive &operator||(gxArchive &archive, gxPersistent &object)
 {
-  bool const outermost = archive.depth_ == 0;
+  bool const outermost = !archive.pass_;
   std::size_t const known = archive.objects_->size();
   if (archive.isLoading())
     object.mutating();

@@ -49,9 +49,10 @@ class GX_API gxPersistent
 
  protected:
   /// Passes the object through; each class overrides it (by GX_PERSISTENT) and calls its bases' from `serialize_`.
-  virtual void dispatchSerialize(gxArchive &archive);
+  /// The root has nothing to pass: what an archive keeps of an object belongs to the archive, not into the stream.
+  virtual void dispatchSerialize(gxArchive &) {}
   /// Puts a freshly made object into its start state before loading. Empty here.
-  virtual void reInit();
+  virtual void reInit() {}
 
   /// A setter calls this before it changes the object: each living archive of this thread that tracks the object
   /// drops what it holds of it. A storing archive writes the object anew at the next occasion. A loading archive lets
@@ -121,13 +122,12 @@ class GX_API gx_Instantiator
   GX_PERSISTENT_ABSTRACT(Class)
 
 /// @param version the version that is stored; `serialize_` receives it, or the loaded one
-#define GX_PERSISTENT_ABSTRACT_IMPL(Class, version)        \
-  void Class::dispatchSerialize(gxArchive &archive)        \
-  {                                                        \
-    if (haveVisited(this, sizeof(Class), &typeid(Class)))  \
-      return;                                              \
-    serialize_(archive, gf_passVersion(archive, version)); \
-    setVisited(this, sizeof(Class), &typeid(Class));       \
+#define GX_PERSISTENT_ABSTRACT_IMPL(Class, version)                     \
+  void Class::dispatchSerialize(gxArchive &archive)                     \
+  {                                                                     \
+    unsigned char v = version;                                          \
+    if (gf_enterClass(archive, this, sizeof(Class), &typeid(Class), v)) \
+      serialize_(archive, v);                                           \
   }
 
 /// @param name what archives call the class
@@ -141,3 +141,8 @@ class GX_API gx_Instantiator
 
 /// Passes a version byte: stores @p current, or loads and returns the stored one.
 GX_API unsigned char gf_passVersion(gxArchive &archive, unsigned char current);
+
+/// The start of a class's part of an object: false if the part has passed already. Otherwise marks it as
+/// gxPersistent::setVisited() does and passes the version. In one call, since every object needs it.
+GX_API bool gf_enterClass(gxArchive &archive, void const *part, std::size_t size, void const *level,
+                          unsigned char &version);

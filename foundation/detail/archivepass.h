@@ -4,7 +4,16 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <vector>
+
+// A thread-local variable of the library that is found without a call; each passing object needs two.
+#if defined(__ELF__) && defined(__GNUC__)
+#define GX_INITIAL_EXEC __attribute__((tls_model("initial-exec")))
+#else
+#define GX_INITIAL_EXEC
+#endif
 
 /// One object on its way through an archive: the marks of its classes, and its place in the stack of objects that are
 /// passing in this thread. Lives as a local variable of the routine that passes the object, so that an exception takes
@@ -13,16 +22,20 @@ class gx_Pass
 {
  public:
   /// Throws gxArchive::Errors if the object would be nested too deep.
-  gx_Pass(gxArchive &archive, gxPersistent &object) : archive_(archive), object_(&object), outer_(innermost_)
+  gx_Pass(gxArchive &archive, gxPersistent &object)
+      : archive_(archive),
+        object_(&object),
+        enclosing_(archive.pass_),
+        outer_(innermost_),
+        depth_(enclosing_ ? enclosing_->depth_ + 1 : 1)
   {
-    if (archive.depth_ >= archive.limits_.maxDepth)
+    if (depth_ > archive.limits_.maxDepth)
       refuseDepth();
-    ++archive.depth_;
-    innermost_ = this;
+    innermost_ = archive.pass_ = this;
   }
   ~gx_Pass()
   {
-    --archive_.depth_;
+    archive_.pass_ = enclosing_;
     innermost_ = outer_;
   }
   gx_Pass(gx_Pass const &) = delete;
@@ -34,7 +47,6 @@ class gx_Pass
   static bool isPassing(gxArchive const &archive, gxPersistent const &object);
 
   gxArchive &archive() const { return archive_; }
-  bool isOutermost() const { return archive_.depth_ == 1; }
 
   bool isMarked(void const *part, std::size_t size, void const *level) const
   {
@@ -42,14 +54,14 @@ class gx_Pass
       if (marks_[i] == Mark{part, size, level})
         return true;
     }
-    return !more_.empty() && isMarkedFurther(part, size, level);
+    return more_ && isMarkedFurther(part, size, level);
   }
   void mark(void const *part, std::size_t size, void const *level)
   {
     if (numMarks_ < marks_.size())
       marks_[numMarks_++] = {part, size, level};
     else
-      more_.push_back({part, size, level});
+      markFurther({part, size, level});
   }
 
  private:
@@ -61,14 +73,17 @@ class gx_Pass
   };
 
   [[noreturn]] void refuseDepth() const;
+  void markFurther(Mark const &mark);
   bool isMarkedFurther(void const *part, std::size_t size, void const *level) const;
 
-  static thread_local gx_Pass *innermost_;
+  static thread_local gx_Pass *innermost_ GX_INITIAL_EXEC;
 
   gxArchive &archive_;
   gxPersistent *object_;
-  gx_Pass *outer_;
-  std::size_t numMarks_ = 0;
+  gx_Pass *enclosing_;  // in the same archive
+  gx_Pass *outer_;      // in any archive
+  int depth_;           // in the same archive, from 1
+  std::uint32_t numMarks_ = 0;
   std::array<Mark, 8> marks_;  // no heap for all but the widest hierarchies; deliberately not cleared
-  std::vector<Mark> more_;
+  std::unique_ptr<std::vector<Mark>> more_;
 };

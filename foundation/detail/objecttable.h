@@ -1,9 +1,11 @@
 #pragma once
 
 #include "foundation/archive.h"
+#include "foundation/detail/archivepass.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <typeinfo>
 #include <unordered_map>
 #include <vector>
@@ -22,9 +24,15 @@ class gx_ObjectTable
   gx_ObjectTable(gx_ObjectTable const &) = delete;
   gx_ObjectTable &operator=(gx_ObjectTable const &) = delete;
 
+  /// Who receives an object by pointer: whoever looks at it, handles, or its one owner.
+  enum class Receiver { plain, handle, owner };
+
   void store(gxPersistent *object);
-  /// @param shared the archive keeps an object that is no gxRepBase
-  gxPersistent *load(bool shared);
+  /// Stores the object anew though the archive may know it.
+  void storeOwned(gxPersistent *object);
+  /// For a handle, the archive keeps an object that is no gxRepBase. For an owner, a reference or a gxRepBase is
+  /// refused.
+  gxPersistent *load(Receiver receiver);
 
   std::size_t size() const { return entries_.size(); }
   /// Drops the objects from number @p first on, after a failed load: empties them, since they may refer to each other
@@ -43,36 +51,37 @@ class gx_ObjectTable
 
  private:
   struct Entry {
-    gxPersistent *object;  // null once the object is forgotten
-    gxRepBase *held;       // null if the archive holds nothing
+    gxPersistent *object = nullptr;  // null once the object is forgotten
+    gxRepBase *held = nullptr;       // null if the archive holds nothing
   };
   struct LoadedClass {
-    gx_Instantiator const *instantiator;
-    std::ptrdiff_t toRepBase;  // from the gxPersistent inside an object to its gxRepBase
+    gx_Instantiator::Make make;
+    std::type_info const *knownType;  // the class of the last made object, for which the rest is known
+    std::ptrdiff_t toRepBase;         // from the gxPersistent inside an object to its gxRepBase
     bool isRepBase;
-    bool isKnown;  // the two above are known, from the first object
   };
   static constexpr std::uint32_t none = 0xffffffff;
 
   std::uint32_t numberOf(gxPersistent const &object) const;
-  std::uint32_t add(gxPersistent &object, gxRepBase *held);
-  void forget(std::uint32_t number);
+  void mark(gxPersistent &object, std::size_t number) const;
+  void displace(gxPersistent const &object) const;
+  void forget(std::size_t number);
 
   void storeClass(std::type_info const &type);
   void storeNewClass(std::type_info const &type);
   gxPersistent *loadReference();
   std::size_t loadKnownClass();
   std::size_t loadNewClass();
-  gxPersistent *loadObject(std::size_t classNumber, bool shared);
+  gxPersistent *loadObject(std::size_t classNumber, Receiver receiver);
   static gxRepBase *repBaseOf(gxPersistent &object, LoadedClass &loadedClass);
 
   gxArchive &archive_;
   std::uint32_t id_;
   gx_ObjectTable *older_;
   gx_ObjectTable *younger_ = nullptr;
-  static thread_local gx_ObjectTable *living_;
+  static thread_local gx_ObjectTable *living_ GX_INITIAL_EXEC;
 
-  std::vector<Entry> entries_;
+  std::deque<Entry> entries_;
   std::unordered_map<gxPersistent const *, std::uint32_t> displaced_;  // objects that another archive numbered later
   std::vector<gxPersistent *> owned_;                                  // shared objects that no handle can own
 

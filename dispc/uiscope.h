@@ -30,6 +30,8 @@ class gxPackedRGB16Pel;
 class gxPackedRGB32Pel;
 template <class T>
 class gxPelBuffer_const;
+template <class T>
+class gxPelBuffer;
 
 /// A rendering surface: a rectangle of pels on which drawing lands. A back end derives from it (a window, a bitmap, a
 /// memory picture, a surface that only measures).
@@ -133,6 +135,15 @@ class GX_API gxUIScope
   /// @name Reduced images
   /// The scale is 1 / n for a reduction by n; the forms with whole n pass 1.0 / n on.
   ///@{
+  /// A run-length image, reduced by 1 / scale.x() on both axes: every k-th row for a whole k, and along a row the
+  /// lengths of the runs over k, with the remainder carried into the next run. What results goes to draw(). If
+  /// 1 / scale.x() is farther than 1e-6 from a whole number, the image is unpacked, sent through @p colorMap, and goes
+  /// to `sample` for 8-bit pels with `flag` set. Nothing is drawn for a scale that is not positive, or that leaves no
+  /// pel.
+  virtual void sample(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                      gxPair<double> const &scale, bool pass, unsigned char passPel);
+  virtual void sample(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                      gxPair<long> const &n, bool pass, unsigned char passPel);
   virtual void sample(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft,
                       gxPair<double> const &scale, bool pass, unsigned long passPel) = 0;
   virtual void sample(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, gxPair<long> const &n,
@@ -154,6 +165,15 @@ class GX_API gxUIScope
   /// @name Enlarged images
   /// The forms with whole n pass n on as doubles.
   ///@{
+  /// A run-length image, enlarged by scale.x() on both axes. For a whole factor, only the columns and rows that show in
+  /// this scope are enlarged, and go to draw(); a block that the left or the upper edge cuts begins at the edge. If
+  /// scale.x() is farther than 1e-6 from a whole number, the image is unpacked, sent through @p colorMap, and goes to
+  /// `expand` for 8-bit pels with `flag` set and without interpolation. Nothing is drawn for a scale that is not
+  /// positive, or of what lies wholly outside of the scope.
+  virtual void expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                      gxPair<double> const &scale, bool pass, unsigned char passPel);
+  virtual void expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                      gxPair<long> const &n, bool pass, unsigned char passPel);
   virtual void expand(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft,
                       gxPair<double> const &scale, bool pass, unsigned long passPel, InterpolationModes mode) = 0;
   virtual void expand(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, gxPair<long> const &n,
@@ -266,6 +286,34 @@ class GX_API gxUIScope
   /// drawPoint() itself, the pen in pels, so that it does not drift from its double twin.
   long xCoord(gxPoint const &p) const;
   long yCoord(gxPoint const &p) const;
+
+  /// @name Scaling of pels
+  /// For back ends: both put a new buffer, with rows aligned to 32 bytes, in place of @p dst. It is never larger than
+  /// the clip. A result without pels leaves @p dst as it was; so does a source without pels, or a factor or scale that
+  /// is not positive and finite.
+  ///@{
+  /// Enlarges the window of @p src: each pel becomes a block of xFactor x yFactor pels. Of the clip, only the size
+  /// counts: the result is the top left part of the enlarged image, cut to that size.
+  /// @param phase a negative one cuts the first column of blocks to xFactor + phase.x() pels, the first row likewise;
+  ///        the image moves left or up by that, and the pels that it leaves are 0. One that is not negative cuts
+  ///        nothing.
+  /// T is `unsigned char`, gxPackedRGB16Pel or gxPackedRGB32Pel.
+  template <class T>
+  static void pelExpand(gxPelBuffer_const<T> const &src, gxPelBuffer<T> &dst, long xFactor, long yFactor,
+                        gxUIRect const &clip, gxPair<long> const &phase);
+  /// The part inside @p clip of the window of @p src, when that is drawn at @p scale with its first pel at @p origin.
+  /// Clip and origin are in the same pels.
+  ///
+  /// A scale above 1 and within 1e-6 of a whole number makes blocks of that number of pels; of any other scale, each
+  /// pel shows the pel of the source that holds its top left corner.
+  /// @param mode if not 0, the scale is above 1 and the source at least 8 x 8 pels, then 8-bit and 32-bit pels are
+  ///        interpolated: 1 bilinearly, any other value bicubically. Where a sample would need pels from beyond the
+  ///        border (2 pels wide, or 3), the result is grey: 128, or (128, 128, 128, 0).
+  /// T is `unsigned char`, `unsigned short`, gxPackedRGB16Pel or gxPackedRGB32Pel.
+  template <class T>
+  static void pelScale(gxPelBuffer_const<T> const &src, gxPelBuffer<T> &dst, double scale, gxUIRect const &clip,
+                       gxPair<long> const &origin, InterpolationModes mode);
+  ///@}
 
  private:
   enum : std::uint32_t { allChangedBit = 1, modifiedBit = 2, opaqueBit = 4, clientChangeBit = 8 };

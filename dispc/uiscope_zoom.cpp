@@ -65,3 +65,15 @@ void gxUIScope::expand(gxPelBuffer_const<unsigned char> const &buffer, gxPoint c
 {
   expand(buffer, topLeft, enlargement(n), pass, passPel, flag, mode);
 }
+
+void gxUIScope::sample(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                       gxPair<long> const &n, bool pass, unsigned char passPel)
+{
+  sample(buffer, topLeft, colorMap, reduction(n), pass, passPel);
+}
+
+void gxUIScope::expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                       gxPair<long> const &n, bool pass, unsigned char passPel)
+{
+  expand(buffer, topLeft, colorMap, enlargement(n), pass, passPel);
+}

@@ -100,19 +100,24 @@ gx_Nearest gx_ArcPiece::nearest(gxVector<2> const &p) const
   Axes const axes(*this);
   gxVector<2> const offset = p - center;
   gxVector<2> const axis(1.0, gxRadian(axes.shape.angle));
-  std::array<double, 2> const angles =
-      gf_ellipseNearAngles(axes.shape.rx, axes.shape.ry, {axis * offset, axis.cross(offset)});
-  std::array<double, 4> places = {0.0, placeOf(*this, axes.toParam(angles[0])), placeOf(*this, axes.toParam(angles[1])),
-                                  1.0};
-  std::sort(places.begin(), places.end());
-  gx_Nearest best{at(start), 0.0, p.distance(at(start))};
-  for (double const place : places) {
-    if (!(place <= 1.0))
-      continue;
+  gx_EllipseNear const valleys(axes.shape.rx, axes.shape.ry, {axis * offset, axis.cross(offset)});
+  auto const at = [&](double place) {
     gxVector<2> const found = point(place);
-    double const distance = p.distance(found);
-    if (distance < best.distance)
-      best = {found, place, distance};
+    return gx_Nearest{found, place, p.distance(found)};
+  };
+  gx_Nearest best = at(0.0);
+  auto const consider = [&](double place) {
+    if (!(place > 0.0 && place <= 1.0))
+      return;
+    gx_Nearest const found = at(place);
+    if (found.distance < best.distance || (found.distance == best.distance && place < best.param))
+      best = found;
+  };
+  double const nearest = placeOf(*this, axes.toParam(valleys.nearest()));
+  consider(nearest);
+  if (!(nearest <= 1.0)) {  // the nearest point of the ellipse is not on the arc
+    consider(1.0);
+    consider(placeOf(*this, axes.toParam(valleys.second())));
   }
   return best;
 }

@@ -39,8 +39,6 @@ void destroyOutermost(gxRepBase const *rep)
 
 }  // namespace
 
-gxRepBase::~gxRepBase() = default;
-
 void gx_PtrHandleBase_RepAccessor::destroy(gxRepBase const *rep) noexcept
 {
   if (!deletions)

@@ -26,7 +26,7 @@ class GX_API gxRepBase
   gxRepBase() = default;
   gxRepBase(gxRepBase const &) {}
   gxRepBase &operator=(gxRepBase const &) { return *this; }
-  virtual ~gxRepBase();
+  virtual ~gxRepBase() = default;  // inline, for objects on the stack
 
   /// Number of handles that hold the object now.
   long refCount() const { return std::atomic_ref(count_).load(std::memory_order_relaxed); }

@@ -3,10 +3,8 @@
 #include "foundation/detail/archivepass.h"
 #include "foundation/detail/objecttable.h"
 
-gxPersistent::~gxPersistent()
+void gxPersistent::leaveArchives_()
 {
-  if (!tracked_)
-    return;
   for (gx_ObjectTable *table = gx_ObjectTable::living(); table; table = table->older())
     table->destroyed(*this);
 }

@@ -38,7 +38,12 @@ class GX_API gxPersistent
   /// What an archive knows of an object is not copied with it.
   gxPersistent(gxPersistent const &) {}
   gxPersistent &operator=(gxPersistent const &) { return *this; }
-  virtual ~gxPersistent();
+  /// Inline, as millions of small shapes come and go that no archive ever sees.
+  virtual ~gxPersistent()
+  {
+    if (tracked_)
+      leaveArchives_();
+  }
 
   /// Passes a pointer through the archive. Storing: the object behind @p in goes out, once in the life of the
   /// archive, and a reference after that; @p out receives @p in. Loading: @p out receives the object, made by its
@@ -76,6 +81,7 @@ class GX_API gxPersistent
   friend GX_API gxArchive &operator||(gxArchive &archive, gxPersistent &object);
 
   void mutating_();
+  void leaveArchives_();
 
   std::uint32_t archiveId_ = 0;  ///< the archive that last numbered this object
   std::uint32_t number_ = 0;     ///< its number there

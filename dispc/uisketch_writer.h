@@ -40,6 +40,7 @@ class gx_StreamWriter
   /// 32 bits.
   gx_StreamWriter &word(long v) { return number(gf_narrow(v)); }
   gx_StreamWriter &real(double v) { return number(std::bit_cast<std::uint64_t>(v)); }
+  gx_StreamWriter &single(float v) { return number(v); }
   gx_StreamWriter &vector(gxVector<2> const &v)
   {
     if constexpr (std::endian::native == std::endian::little)

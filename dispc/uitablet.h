@@ -21,8 +21,14 @@
 #include <vector>
 
 class gx2Point;
+class gxAffineRectangle;
 class gxCircle;
 class gxEllipse;
+class gxEllipse2;
+class gxEllipseAnnulusSection;
+class gxEllipseArc;
+class gxEllipseArc2;
+class gxGenRect;
 class gxLine;
 class gxLineSeg;
 class gxPolyline;
@@ -204,6 +210,22 @@ class GX_API gxUITablet : public gx_UITabletBase
   void draw(gxCircle const &circle, gxColor const &color, Layers layer, bool fill);
   void draw(gxEllipse const &ellipse, gxGraphicProps const &props, Layers layer);
   void draw(gxEllipse const &ellipse, gxColor const &color, Layers layer, bool fill);
+  void draw(gxEllipseArc const &arc, gxGraphicProps const &props, Layers layer);
+  void draw(gxEllipseArc const &arc, gxColor const &color, Layers layer);
+  void draw(gxEllipse2 const &ellipse, gxGraphicProps const &props, Layers layer);
+  void draw(gxEllipseArc2 const &arc, gxGraphicProps const &props, Layers layer);
+  /// Without rounding the scope gets lines or a polygon, fully rounded an ellipse.
+  void draw(gxGenRect const &rect, gxGraphicProps const &props, Layers layer);
+  void draw(gxGenRect const &rect, gxColor const &color, Layers layer, bool fill);
+  void draw(gxAffineRectangle const &rect, gxGraphicProps const &props, Layers layer);
+  void draw(gxAffineRectangle const &rect, gxColor const &color, Layers layer);
+  /// A sector of the ring between two ellipses, drawn as its curves and ends, with an arrowhead if the properties ask
+  /// for one. The form with a colour sets the two arrow flags.
+  void draw(gxEllipseAnnulusSection const &section, gxGraphicProps const &props, Layers layer);
+  void draw(gxEllipseAnnulusSection const &section, gxColor const &color, Layers layer, bool arrow, bool forward);
+  /// Two arms of @p armLength pels back from the tip. Leaves the pen at the tip.
+  void arrowHead(gxPoint const &tip, gxVector<2> const &dir, float armLength, gxGraphicProps const &props,
+                 Layers layer);
   void draw(gxPolygon const &polygon, gxGraphicProps const &props, Layers layer);
   void draw(gxPolygon const &polygon, gxColor const &color, Layers layer);
   void draw(gxPolyline const &polyline, gxGraphicProps const &props, Layers layer);
@@ -326,6 +348,9 @@ class GX_API gxUITablet : public gx_UITabletBase
   bool visible_(bool show);
   gxPoint const &mapPoint(gxPoint const &p, Layers layer, gxPoint &tmp) const;
   gxUIRect pelRect(gxRect const &r) const;
+  float arrowArmLength(gxGraphicProps const &props) const;
+  gxVector<2> drawSectionLines(gxEllipseAnnulusSection const &s, gxGraphicProps const &props, Layers layer);
+  void drawSection(gxEllipseAnnulusSection const &s, gxGraphicProps const &props, Layers layer);
   void setMap();
   void newMap();
   void newScope(bool quiet);

@@ -1,5 +1,6 @@
 #include "dispc/detail/uitablet_draw.h"
 #include "dispc/detail/uitablet_layers.h"
+#include "dispc/uisketch_blocks.h"
 #include "foundation/numbers.h"
 
 #include <algorithm>
@@ -21,9 +22,8 @@ void writeForm(gx_StreamWriter &payload, gxUIRect const &r)
 
 void writeForm(gx_StreamWriter &payload, gxRect const &r)
 {
-  constexpr std::size_t before = 16;
-  constexpr std::size_t behind = gf_rectBlock - before - 32;
-  payload.flag(false).zeros(before).vector(r.origin()).vector(r.size()).zeros(behind);
+  payload.flag(false);
+  gf_writeBlock(payload, r);
 }
 
 gxGraphicProps onePel(gxColor const &color)

@@ -1,4 +1,5 @@
 #include "dispc/detail/uitablet_draw.h"
+#include "dispc/uisketch_blocks.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
 #include "foundation/line.h"
@@ -146,22 +147,12 @@ void gxUITablet::draw(gxCircle const &circle, gxColor const &color, Layers layer
   draw(circle, gf_penProps(color, fill), layer);
 }
 
-namespace
-{
-
-void writeGeom(gx_StreamWriter &payload, gxEllipse::gxEllipseGeom const &g)
-{
-  payload.vector(g.center).vector(g.radii).real(g.angle.value()).byte(g.reversed).byte(g.degenerate).zeros(6);
-}
-
-}  // namespace
-
 void gxUITablet::draw(gxEllipse const &ellipse, gxGraphicProps const &props, Layers layer)
 {
   drawShape(
       layer, props, props.fill() ? gx_SketchCode::ellipseFilled : gx_SketchCode::ellipse, gf_ellipseGeomBlock,
       [&](gxUIScope &scope) { scope.draw(ellipse.map(scaledMap_), props); },
-      [&](gx_StreamWriter &payload) { writeGeom(payload, ellipse.geom()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, ellipse); });
 }
 
 void gxUITablet::draw(gxEllipse const &ellipse, gxColor const &color, Layers layer, bool fill)

@@ -40,7 +40,7 @@ class gxRLEBuffer::Builder
  private:
   void newBlock(long atLeast)
   {
-    constexpr long least = 64, most = 1L << 16;
+    constexpr long least = 64, most = 1L << 14;
     room_ = std::max(atLeast, std::clamp(pairsLeft_, least, most));
     buffer_.blocks_.push_back(nullptr);
     next_ = buffer_.blocks_.back() = new gxRLEBufferRun[room_];
@@ -144,10 +144,11 @@ void gxRLEBuffer::encode(gxPelBuffer_const<unsigned char> const &image)
   packed.width_ = image.width();
   packed.offset_ = image.offset();
   long const y = image.window().y();
+  std::vector<std::uint32_t> scratch(image.width() + gx_rle::scratchExcess);
   Builder builder(packed, image.height(), (image.width() + 1) * image.height());
   for (long i = 0; i < image.height(); ++i) {
     gxRLEBufferRun *const row = builder.beginRow(image.width() + 1);
-    builder.endRow(gx_rle::packRow(image.pointToRow(y + i), image.width(), row));
+    builder.endRow(gx_rle::packRow(image.pointToRow(y + i), image.width(), scratch.data(), row));
   }
   swap(packed);
 }

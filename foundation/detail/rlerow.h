@@ -5,6 +5,8 @@
 
 #include "foundation/rlebuf.h"
 
+#include <cstdint>
+
 namespace gx_rle
 {
 /// Number of runs before the closing pair.
@@ -17,8 +19,10 @@ inline long runsBefore(gxRLEBufferRun const *row)
 }
 
 /// Packs @p width pels; @p to has room for width + 1 pairs. Runs longer than 255 become several, full ones first.
+/// @param scratch room for width + scratchExcess numbers
 /// Returns the address behind the closing pair.
-gxRLEBufferRun *packRow(unsigned char const *pels, long width, gxRLEBufferRun *to);
+gxRLEBufferRun *packRow(unsigned char const *pels, long width, std::uint32_t *scratch, gxRLEBufferRun *to);
+constexpr long scratchExcess = 2;
 
 /// Unpacks at most @p width pels; returns the address behind the last one.
 unsigned char *unpackRow(gxRLEBufferRun const *row, unsigned char *to, long width);

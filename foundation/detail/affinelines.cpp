@@ -8,34 +8,61 @@
 #include <cstring>
 
 /// @file
-/// Sampling along lines in any direction. Rows of samples are cut into short lines, each of which starts from an
-/// exact position, so that steps in whole numbers do not stray. Lines in the inside of the source go to the kernels;
-/// near the border and beyond it, each sample gets a small patch of pels of its own.
+/// Sampling along lines in any direction. The part of each row of samples that has all its pels within the source is
+/// cut into short lines for the kernels; each line starts from an exact position, so that steps in whole numbers do
+/// not stray. The samples near the border and beyond it are taken one by one.
 
 namespace gx_affine
 {
 namespace
 {
-constexpr double one = 1 << positionBits;
-constexpr int longestLine = 32;
-/// Larger steps would not fit into the numbers of a line.
-constexpr double largestStep = 512.0;
+using Interpolation = gxAffineSamplingParams::Interpolation;
 
-/// Position as a whole pel and a fraction with positionBits bits; beyond the border, of which @p beyond is far
-/// enough, nothing changes any more. NaN counts as far to the left.
+constexpr double one = 1 << positionBits;
+constexpr long longestLine = 32;
+/// Larger steps, and rows further apart, would not fit into the numbers of a line.
+constexpr double largestStep = 512.0;
+constexpr long largestRowStep = 1L << 16;
+
+/// A position as a whole pel and a fraction with @p bits bits, rounded. Further than 4 pels beyond the border nothing
+/// changes any more. NaN counts as far to the left.
 struct Place {
   long pel;
-  std::int32_t fraction;
+  int fraction;
 
-  Place(double u, long size, double beyond)
+  Place(double u, long size, int bits)
   {
-    double const highest = static_cast<double>(size) + beyond;
-    double const inside = u > -beyond ? std::min(u, highest) : -beyond;
+    constexpr double beyond = 4.0;
+    double const inside = u > -beyond ? std::min(u, static_cast<double>(size) + beyond) : -beyond;
     double const floor = std::floor(inside);
-    pel = static_cast<long>(floor);
-    fraction = static_cast<std::int32_t>((inside - floor) * one);
+    long const parts = gf_roundHalfAway((inside - floor) * (1 << bits));
+    pel = static_cast<long>(floor) + (parts >> bits);
+    fraction = static_cast<int>(parts & ((1 << bits) - 1));
   }
 };
+
+/// Samples from `first` up to, not including, `end`.
+struct Range {
+  long first;
+  long end;
+};
+
+/// The samples of a row of @p count, at @p u and @p du further each, that need no pel beyond the border on this axis,
+/// with a pel to spare. Kernels may read three pels on from the one at a sample.
+Range insideRange(double u, double du, long count, long size)
+{
+  double const low = 2.0, high = static_cast<double>(size - 5);
+  if (!(low <= high) || (du == 0.0 && !(u >= low && u <= high)))
+    return {0, 0};
+  if (du == 0.0)
+    return {0, count};
+  double const a = (low - u) / du, b = (high - u) / du;
+  double const first = std::ceil(std::min(a, b)), last = std::floor(std::max(a, b));
+  auto const n = static_cast<double>(count);
+  if (!(first <= last && last >= 0.0 && first < n))
+    return {0, 0};
+  return {static_cast<long>(std::max(first, 0.0)), static_cast<long>(std::min(last + 1.0, n))};
+}
 
 template <int C>
 class LineSampler
@@ -43,44 +70,41 @@ class LineSampler
  public:
   explicit LineSampler(Job const &job)
       : job_(job),
-        kernels_(bestKernels<C>()),
-        border_(plainKernels<C>()),
+        kernels_(job.sourceStep <= largestRowStep ? bestKernels<C>() : plainKernels<C>()),
         du_(job.positions.matrix().element(0, 0)),
-        dv_(job.positions.matrix().element(1, 0))
+        dv_(job.positions.matrix().element(1, 0)),
+        areStepsSmall_(std::abs(du_) <= largestStep && std::abs(dv_) <= largestStep)
   {
-    lineLength_ = std::abs(du_) <= largestStep && std::abs(dv_) <= largestStep ? longestLine : 1;
   }
 
   void run() const
   {
     // Values of pels belong to their centers; the nearest pel is the one that the sample lies in.
-    double const shift = job_.interpolation == gxAffineSamplingParams::nearest ? 0.0 : 0.5;
+    double const shift = job_.interpolation == Interpolation::nearest ? 0.0 : 0.5;
     for (long j = 0; j < job_.rows; ++j) {
       gxVector<2> const start = job_.positions * gxVector<2>(0.0, static_cast<double>(j)) - gxVector<2>(shift, shift);
-      unsigned char *const row = job_.target + j * job_.targetStep;
-      for (long i = 0; i < job_.columns; i += lineLength_) {
-        auto const n = static_cast<double>(i);
-        int const count = static_cast<int>(std::min<long>(lineLength_, job_.columns - i));
-        sampleLine(start.x() + n * du_, start.y() + n * dv_, count, row + i * C);
-      }
+      sampleRow(start.x(), start.y(), job_.target + j * job_.targetStep);
     }
   }
 
  private:
-  void sampleLine(double u, double v, int count, unsigned char *to) const
+  void sampleRow(double u, double v, unsigned char *to) const
   {
-    double const last = count - 1;
-    if (isInside(u, job_.sourceWidth) && isInside(u + last * du_, job_.sourceWidth) && isInside(v, job_.sourceHeight) &&
-        isInside(v + last * dv_, job_.sourceHeight))
-      sampleInside(u, v, count, to);
-    else
-      for (int i = 0; i < count; ++i)
-        sampleBorder(u + i * du_, v + i * dv_, to + i * C);
+    Range const inU = insideRange(u, du_, job_.columns, job_.sourceWidth);
+    Range const inV = insideRange(v, dv_, job_.columns, job_.sourceHeight);
+    Range inside = {std::max(inU.first, inV.first), std::min(inU.end, inV.end)};
+    if (inside.first >= inside.end || !areStepsSmall_)
+      inside = {job_.columns, job_.columns};
+    auto const border = [&](long first, long end) {
+      for (long i = first; i < end; ++i)
+        sampleBorder(u + static_cast<double>(i) * du_, v + static_cast<double>(i) * dv_, to + i * C);
+    };
+    border(0, inside.first);
+    for (long i = inside.first; i < inside.end; i += longestLine)
+      sampleInside(u + static_cast<double>(i) * du_, v + static_cast<double>(i) * dv_,
+                   static_cast<int>(std::min(longestLine, inside.end - i)), to + i * C);
+    border(inside.end, job_.columns);
   }
-
-  /// True if a sample at @p u, or a little off, needs no pel beyond the border; three pels more to the right leave
-  /// room for kernels that read four at once.
-  static bool isInside(double u, long size) { return u >= 2.0 && u <= static_cast<double>(size - 5); }
 
   void sampleInside(double u, double v, int count, unsigned char *to) const
   {
@@ -93,37 +117,15 @@ class LineSampler
     line.du = static_cast<std::int32_t>(gf_roundHalfAway(du_ * one));
     line.dv = static_cast<std::int32_t>(gf_roundHalfAway(dv_ * one));
     line.count = count;
-    sampleBy(kernels_, line, to);
-  }
-
-  void sampleBorder(double u, double v, unsigned char *to) const
-  {
-    // The patch has one pel before the one at the sample and three behind it.
-    constexpr int size = 5;
-    constexpr double beyond = 4.0;
-    Place const x(u, job_.sourceWidth, beyond), y(v, job_.sourceHeight, beyond);
-    unsigned char patch[size * size * C];
-    for (int j = 0; j < size; ++j)
-      for (int i = 0; i < size; ++i) {
-        long const px = std::clamp(x.pel + i - 1, 0L, job_.sourceWidth - 1);
-        long const py = std::clamp(y.pel + j - 1, 0L, job_.sourceHeight - 1);
-        std::memcpy(patch + (j * size + i) * C, job_.source + py * job_.sourceStep + px * C, C);
-      }
-    Line const line = {patch, size * C, (1 << positionBits) + x.fraction, (1 << positionBits) + y.fraction, 0, 0, 1};
-    sampleBy(border_, line, to);
-  }
-
-  void sampleBy(Kernels<C> const &kernels, Line const &line, unsigned char *to) const
-  {
     switch (job_.interpolation) {
-      case gxAffineSamplingParams::bilinear:
-        kernels.lineLinear(line, to);
-        break;
-      case gxAffineSamplingParams::bicubic:
-        kernels.lineCubic(line, to);
-        break;
-      case gxAffineSamplingParams::nearest:
+      case Interpolation::nearest:
         takeNearest(line, to);
+        break;
+      case Interpolation::bilinear:
+        kernels_.lineLinear(line, to);
+        break;
+      case Interpolation::bicubic:
+        kernels_.lineCubic(line, to);
         break;
     }
   }
@@ -136,11 +138,39 @@ class LineSampler
                   line.origin + (v >> positionBits) * line.rowStep + static_cast<long>(u >> positionBits) * C, C);
   }
 
+  void sampleBorder(double u, double v, unsigned char *to) const
+  {
+    int const bits = job_.interpolation == Interpolation::nearest    ? 0
+                     : job_.interpolation == Interpolation::bilinear ? weightBits
+                                                                     : cubicFractionBits;
+    if (bits == 0)
+      u = std::floor(u), v = std::floor(v);
+    Place const x(u, job_.sourceWidth, bits), y(v, job_.sourceHeight, bits);
+    Surroundings at;
+    at.origin = job_.source;
+    for (int k = 0; k < 4; ++k) {
+      at.across[k] = std::clamp(x.pel + k - 1, 0L, job_.sourceWidth - 1) * C;
+      at.down[k] = std::clamp(y.pel + k - 1, 0L, job_.sourceHeight - 1) * job_.sourceStep;
+    }
+    at.acrossFraction = x.fraction;
+    at.downFraction = y.fraction;
+    switch (job_.interpolation) {
+      case Interpolation::nearest:
+        std::memcpy(to, at.origin + at.down[1] + at.across[1], C);
+        break;
+      case Interpolation::bilinear:
+        sampleLinear<C>(at, to);
+        break;
+      case Interpolation::bicubic:
+        sampleCubic<C>(at, to);
+        break;
+    }
+  }
+
   Job const &job_;
   Kernels<C> kernels_;
-  Kernels<C> border_;
   double du_, dv_;
-  int lineLength_;
+  bool areStepsSmall_;
 };
 }  // namespace
 

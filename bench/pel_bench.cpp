@@ -21,13 +21,18 @@ using Params = gxAffineSamplingParams;
 
 constexpr long width = 640, height = 480;
 
-/// A task of affine sampling; the peer is given the same rectangle.
+/// A task of affine sampling of the middle of the image; the peer is given the same rectangle.
 struct Task {
   char const *name;
-  double factor;   ///< of the size of the target
+  double part;     ///< size of the rectangle in that of the image
+  double factor;   ///< size of the target in that of the image
   double degrees;  ///< by which the rectangle in the source is turned
 };
-constexpr Task tasks[] = {{"zoom2.37", 2.37, 0.0}, {"turn10", 1.0, 10.0}};
+constexpr Task tasks[] = {
+    {"zoom2.37", 1.0, 2.37, 0.0},
+    {"turn10", 0.7, 1.0, 10.0},
+    {"turn10-over-border", 1.0, 1.0, 10.0},
+};
 
 long scaled(long size, Task const &task)
 {
@@ -37,7 +42,7 @@ long scaled(long size, Task const &task)
 gxAffineRectangle rectangle(Task const &task)
 {
   gxDegree const angle(task.degrees);
-  return {gxVector<2>(width / 2.0, height / 2.0), double(width), double(height), angle, angle};
+  return {gxVector<2>(width / 2.0, height / 2.0), width * task.part, height * task.part, angle, angle};
 }
 
 template <class T>

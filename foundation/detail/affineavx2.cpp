@@ -1,51 +1,13 @@
-#include "foundation/detail/affinekernels.h"
+#include "foundation/detail/affineavx2.h"
 
 #if defined(GX_AFFINE_AVX2)
 
-#include <immintrin.h>
-
 #include <cstring>
-
-/// @file
-/// The kernels for AVX2. Only the functions marked below are compiled for it, so that the library starts on any
-/// processor; the marks must be on every function that takes or gives vectors.
-///
-/// `_mm256_mulhrs_epi16` is timesWeight() of sixteen numbers. A pel becomes a number with its fixed point by going to
-/// the high byte of a 16-bit word, which is a shift left by 8, and a shift right to the format that is wanted.
-
-#define GX_AVX2 __attribute__((target("avx2")))
 
 namespace gx_affine
 {
 namespace
 {
-GX_AVX2 inline __m256i load(void const *p)
-{
-  return _mm256_loadu_si256(static_cast<__m256i const *>(p));
-}
-
-GX_AVX2 inline void store(void *p, __m256i v)
-{
-  _mm256_storeu_si256(static_cast<__m256i *>(p), v);
-}
-
-GX_AVX2 inline __m256i load128x2(void const *low, void const *high)
-{
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(static_cast<__m128i const *>(low))),
-                                 _mm_loadu_si128(static_cast<__m128i const *>(high)), 1);
-}
-
-GX_AVX2 inline __m128i load64(void const *p)
-{
-  return _mm_loadl_epi64(static_cast<__m128i const *>(p));
-}
-
-/// a + (b - a) * fraction.
-GX_AVX2 inline __m256i mix(__m256i a, __m256i b, __m256i fraction)
-{
-  return _mm256_add_epi16(a, _mm256_mulhrs_epi16(_mm256_sub_epi16(b, a), fraction));
-}
-
 /// Rounds 2 x 16 numbers to 32 pels in order.
 template <int bits>
 GX_AVX2 inline __m256i toPels(__m256i low, __m256i high)
@@ -160,65 +122,25 @@ GX_AVX2 void rowCubic1(unsigned char const *row, Columns const &columns, std::in
   }
 }
 
-// Rows of colored pels: four samples at once, two in each half of a vector.
-
-/// For each half, eight words: four times the number at @p index of the first sample, and of the second, which lies
-/// @p stride bytes on.
-GX_AVX2 inline __m256i spread(int index, int stride)
-{
-  auto const first = static_cast<std::int16_t>((2 * index + 1) << 8 | 2 * index);
-  auto const second = static_cast<std::int16_t>(first + (stride << 8 | stride));
-  return _mm256_setr_epi16(first, first, first, first, second, second, second, second,  //
-                           first, first, first, first, second, second, second, second);
-}
-
-/// Words of the low or the high half of the pels, with @p bits bits behind the point.
-template <int bits>
-GX_AVX2 inline __m256i lowWords(__m256i pels)
-{
-  return _mm256_srli_epi16(_mm256_unpacklo_epi8(_mm256_setzero_si256(), pels), 8 - bits);
-}
-template <int bits>
-GX_AVX2 inline __m256i highWords(__m256i pels)
-{
-  return _mm256_srli_epi16(_mm256_unpackhi_epi8(_mm256_setzero_si256(), pels), 8 - bits);
-}
-
-/// Two pels each of two samples: both first ones, then both second ones.
-GX_AVX2 inline __m128i pairOfPairs(unsigned char const *a, unsigned char const *b)
-{
-  return _mm_unpacklo_epi32(load64(a), load64(b));
-}
+// Rows of colored pels.
 
 GX_AVX2 void rowLinear4(unsigned char const *row, Columns const &columns, std::int16_t *to)
 {
-  __m256i const spreadFractions = _mm256_setr_epi16(0x0100, 0x0100, 0x0100, 0x0100, 0x0302, 0x0302, 0x0302, 0x0302,  //
-                                                    0x0504, 0x0504, 0x0504, 0x0504, 0x0706, 0x0706, 0x0706, 0x0706);
   for (long i = 0; i < columns.count; i += 4) {
     std::int32_t const *const first = columns.first + i;
-    __m256i const pels = _mm256_set_m128i(pairOfPairs(row + first[2] * 4L, row + first[3] * 4L),
-                                          pairOfPairs(row + first[0] * 4L, row + first[1] * 4L));
-    __m256i const fractions =
-        _mm256_shuffle_epi8(_mm256_broadcastq_epi64(load64(columns.fraction + i)), spreadFractions);
-    store(to + i * 4, mix(lowWords<linearBits>(pels), highWords<linearBits>(pels), fractions));
+    unsigned char const *const pels[] = {row + first[0] * 4L, row + first[1] * 4L, row + first[2] * 4L,
+                                         row + first[3] * 4L};
+    store(to + i * 4, colorLinear(pels, colorFractions(columns.fraction + i)));
   }
 }
 
 GX_AVX2 void rowCubic4(unsigned char const *row, Columns const &columns, std::int16_t *to)
 {
-  __m256i const spreads[4] = {spread(0, 8), spread(1, 8), spread(2, 8), spread(3, 8)};
   for (long i = 0; i < columns.count; i += 4) {
     std::int32_t const *const first = columns.first + i;
-    __m256i const even = load128x2(row + first[0] * 4L, row + first[2] * 4L);
-    __m256i const odd = load128x2(row + first[1] * 4L, row + first[3] * 4L);
-    __m256i const pels01 = _mm256_unpacklo_epi32(even, odd), pels23 = _mm256_unpackhi_epi32(even, odd);
-    __m256i const weights = load(columns.weights + i);
-    auto const weight = [&](int k) GX_AVX2 { return _mm256_shuffle_epi8(weights, spreads[k]); };
-    __m256i const sum01 = _mm256_add_epi16(_mm256_mulhrs_epi16(lowWords<cubicBits>(pels01), weight(0)),
-                                           _mm256_mulhrs_epi16(highWords<cubicBits>(pels01), weight(1)));
-    __m256i const sum23 = _mm256_add_epi16(_mm256_mulhrs_epi16(lowWords<cubicBits>(pels23), weight(2)),
-                                           _mm256_mulhrs_epi16(highWords<cubicBits>(pels23), weight(3)));
-    store(to + i * 4, _mm256_add_epi16(sum01, sum23));
+    unsigned char const *const pels[] = {row + first[0] * 4L, row + first[1] * 4L, row + first[2] * 4L,
+                                         row + first[3] * 4L};
+    store(to + i * 4, colorCubic(pels, ColorWeights(load(columns.weights + i))));
   }
 }
 }  // namespace
@@ -226,15 +148,13 @@ GX_AVX2 void rowCubic4(unsigned char const *row, Columns const &columns, std::in
 template <>
 Kernels<1> avx2Kernels<1>()
 {
-  Kernels<1> const plain = plainKernels<1>();
-  return {rowLinear1, rowCubic1, blendLinear, blendCubic, plain.lineLinear, plain.lineCubic};
+  return {rowLinear1, rowCubic1, blendLinear, blendCubic, lineLinearAvx2<1>, lineCubicAvx2<1>};
 }
 
 template <>
 Kernels<4> avx2Kernels<4>()
 {
-  Kernels<4> const plain = plainKernels<4>();
-  return {rowLinear4, rowCubic4, blendLinear, blendCubic, plain.lineLinear, plain.lineCubic};
+  return {rowLinear4, rowCubic4, blendLinear, blendCubic, lineLinearAvx2<4>, lineCubicAvx2<4>};
 }
 }  // namespace gx_affine
 

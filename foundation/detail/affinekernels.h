@@ -35,6 +35,12 @@ inline int timesWeight(int v, int weight)
   return (v * weight + (1 << (weightBits - 1))) >> weightBits;
 }
 
+/// a + (b - a) * fraction.
+inline int mixLinear(int a, int b, int fraction)
+{
+  return a + timesWeight(b - a, fraction);
+}
+
 inline unsigned char toPel(int v, int bits)
 {
   int const rounded = (v + (1 << (bits - 1))) >> bits;
@@ -62,21 +68,6 @@ struct Line {
   std::int32_t du, dv;  ///< from one sample to the next
   int count;
 };
-
-/// The surroundings of a single sample, pels that may be the border's: bytes from origin to the pels around it, two to
-/// the left or above and two to the right or below, and the place between the middle ones.
-struct Surroundings {
-  unsigned char const *origin;
-  long across[4];
-  long down[4];
-  int acrossFraction, downFraction;  ///< in the unit of the interpolation
-};
-
-/// A sample of each kind, in plain C++.
-template <int C>
-void sampleLinear(Surroundings const &at, unsigned char *to);
-template <int C>
-void sampleCubic(Surroundings const &at, unsigned char *to);
 
 /// One set of inner loops; C is 1 or 4.
 template <int C>

@@ -32,12 +32,12 @@ struct Place {
 
   Place(double u, long size, int bits)
   {
-    constexpr double beyond = 4.0;
-    double const inside = u > -beyond ? std::min(u, static_cast<double>(size) + beyond) : -beyond;
-    double const floor = std::floor(inside);
-    long const parts = gf_roundHalfAway((inside - floor) * (1 << bits));
-    pel = static_cast<long>(floor) + (parts >> bits);
-    fraction = static_cast<int>(parts & ((1 << bits) - 1));
+    constexpr long beyond = 4;
+    double const inside = u > -beyond ? std::min(u, static_cast<double>(size + beyond)) : -beyond;
+    // Moved to where truncation is the floor.
+    auto const parts = static_cast<std::int64_t>((inside + beyond) * static_cast<double>(1L << bits) + 0.5);
+    pel = (parts >> bits) - beyond;
+    fraction = static_cast<int>(parts & ((1L << bits) - 1));
   }
 };
 
@@ -140,35 +140,66 @@ class LineSampler
 
   void sampleBorder(double u, double v, unsigned char *to) const
   {
-    int const bits = job_.interpolation == Interpolation::nearest    ? 0
-                     : job_.interpolation == Interpolation::bilinear ? weightBits
-                                                                     : cubicFractionBits;
-    if (bits == 0)
-      u = std::floor(u), v = std::floor(v);
-    Place const x(u, job_.sourceWidth, bits), y(v, job_.sourceHeight, bits);
-    Surroundings at;
-    at.origin = job_.source;
-    for (int k = 0; k < 4; ++k) {
-      at.across[k] = std::clamp(x.pel + k - 1, 0L, job_.sourceWidth - 1) * C;
-      at.down[k] = std::clamp(y.pel + k - 1, 0L, job_.sourceHeight - 1) * job_.sourceStep;
-    }
-    at.acrossFraction = x.fraction;
-    at.downFraction = y.fraction;
     switch (job_.interpolation) {
       case Interpolation::nearest:
-        std::memcpy(to, at.origin + at.down[1] + at.across[1], C);
+        borderNearest(u, v, to);
         break;
       case Interpolation::bilinear:
-        sampleLinear<C>(at, to);
+        borderLinear(u, v, to);
         break;
       case Interpolation::bicubic:
-        sampleCubic<C>(at, to);
+        borderCubic(u, v, to);
         break;
     }
   }
 
+  /// Offset of a column of the source; beyond the border, of the border's.
+  long column(long x) const { return std::clamp(x, 0L, job_.sourceWidth - 1) * C; }
+  unsigned char const *row(long y) const
+  {
+    return job_.source + std::clamp(y, 0L, job_.sourceHeight - 1) * job_.sourceStep;
+  }
+
+  void borderNearest(double u, double v, unsigned char *to) const
+  {
+    Place const x(u - 0.5, job_.sourceWidth, 0), y(v - 0.5, job_.sourceHeight, 0);
+    std::memcpy(to, row(y.pel) + column(x.pel), C);
+  }
+
+  void borderLinear(double u, double v, unsigned char *to) const
+  {
+    Place const x(u, job_.sourceWidth, weightBits), y(v, job_.sourceHeight, weightBits);
+    long const left = column(x.pel), right = column(x.pel + 1);
+    unsigned char const *const above = row(y.pel), *const below = row(y.pel + 1);
+    for (int c = 0; c < C; ++c) {
+      int const a = mixLinear(above[left + c] << linearBits, above[right + c] << linearBits, x.fraction);
+      int const b = mixLinear(below[left + c] << linearBits, below[right + c] << linearBits, x.fraction);
+      to[c] = toPel(mixLinear(a, b, y.fraction), linearBits);
+    }
+  }
+
+  void borderCubic(double u, double v, unsigned char *to) const
+  {
+    Place const x(u, job_.sourceWidth, cubicFractionBits), y(v, job_.sourceHeight, cubicFractionBits);
+    CubicWeights const &across = cubicWeights_[x.fraction], &down = cubicWeights_[y.fraction];
+    long const columns[] = {column(x.pel - 1), column(x.pel), column(x.pel + 1), column(x.pel + 2)};
+    int sums[C] = {};
+    for (int j = 0; j < 4; ++j) {
+      unsigned char const *const pels = row(y.pel + j - 1);
+      for (int c = 0; c < C; ++c) {
+        int inRow = 0;
+        for (int i = 0; i < 4; ++i)
+          inRow += timesWeight(pels[columns[i] + c] << cubicBits, across[i]);
+        sums[c] += timesWeight(inRow, down[j]);
+      }
+    }
+    for (int c = 0; c < C; ++c)
+      to[c] = toPel(sums[c], cubicBits);
+  }
+
   Job const &job_;
   Kernels<C> kernels_;
+  CubicWeights const *cubicWeights_ = cubicWeights();
   double du_, dv_;
   bool areStepsSmall_;
 };

@@ -22,11 +22,6 @@ CubicWeights weightsAt(double f)
           static_cast<std::int16_t>(behind)};
 }
 
-int mixLinear(int a, int b, int fraction)
-{
-  return a + timesWeight(b - a, fraction);
-}
-
 template <int C>
 void rowLinear(unsigned char const *row, Columns const &columns, std::int16_t *to)
 {
@@ -109,40 +104,6 @@ void lineCubic(Line const &line, unsigned char *to)
   }
 }
 }  // namespace
-
-template <int C>
-void sampleLinear(Surroundings const &at, unsigned char *to)
-{
-  for (int c = 0; c < C; ++c) {
-    auto const rowAt = [&](int j) {
-      unsigned char const *const row = at.origin + at.down[j] + c;
-      return mixLinear(row[at.across[1]] << linearBits, row[at.across[2]] << linearBits, at.acrossFraction);
-    };
-    to[c] = toPel(mixLinear(rowAt(1), rowAt(2), at.downFraction), linearBits);
-  }
-}
-
-template <int C>
-void sampleCubic(Surroundings const &at, unsigned char *to)
-{
-  CubicWeights const &across = cubicWeights()[at.acrossFraction], &down = cubicWeights()[at.downFraction];
-  for (int c = 0; c < C; ++c) {
-    int sum = 0;
-    for (int j = 0; j < 4; ++j) {
-      unsigned char const *const row = at.origin + at.down[j] + c;
-      int rowSum = 0;
-      for (int i = 0; i < 4; ++i)
-        rowSum += timesWeight(row[at.across[i]] << cubicBits, across[i]);
-      sum += timesWeight(rowSum, down[j]);
-    }
-    to[c] = toPel(sum, cubicBits);
-  }
-}
-
-template void sampleLinear<1>(Surroundings const &, unsigned char *);
-template void sampleLinear<4>(Surroundings const &, unsigned char *);
-template void sampleCubic<1>(Surroundings const &, unsigned char *);
-template void sampleCubic<4>(Surroundings const &, unsigned char *);
 
 CubicWeights const *cubicWeights()
 {

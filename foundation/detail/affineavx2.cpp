@@ -126,22 +126,14 @@ GX_AVX2 void rowCubic1(unsigned char const *row, Columns const &columns, std::in
 
 GX_AVX2 void rowLinear4(unsigned char const *row, Columns const &columns, std::int16_t *to)
 {
-  for (long i = 0; i < columns.count; i += 4) {
-    std::int32_t const *const first = columns.first + i;
-    unsigned char const *const pels[] = {row + first[0] * 4L, row + first[1] * 4L, row + first[2] * 4L,
-                                         row + first[3] * 4L};
-    store(to + i * 4, colorLinear(pels, colorFractions(columns.fraction + i)));
-  }
+  for (long i = 0; i < columns.count; i += 4)
+    store(to + i * 4, colorLinear<4>(row, columns.first + i, colorFractions(columns.fraction + i)));
 }
 
 GX_AVX2 void rowCubic4(unsigned char const *row, Columns const &columns, std::int16_t *to)
 {
-  for (long i = 0; i < columns.count; i += 4) {
-    std::int32_t const *const first = columns.first + i;
-    unsigned char const *const pels[] = {row + first[0] * 4L, row + first[1] * 4L, row + first[2] * 4L,
-                                         row + first[3] * 4L};
-    store(to + i * 4, colorCubic(pels, ColorWeights(load(columns.weights + i))));
-  }
+  for (long i = 0; i < columns.count; i += 4)
+    store(to + i * 4, colorCubic<4>(row, columns.first + i, ColorWeights(load(columns.weights + i))));
 }
 }  // namespace
 

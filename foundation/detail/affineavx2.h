@@ -74,11 +74,14 @@ GX_AVX2 inline __m256i colorFractions(void const *fractions)
   return _mm256_shuffle_epi8(_mm256_broadcastq_epi64(load64(fractions)), spread(0, 2, 4));
 }
 
-/// Blends two pels in a row for each sample; @p p[k] points to the first one of sample k.
-GX_AVX2 inline __m256i colorLinear(unsigned char const *const p[4], __m256i fractions)
+/// Blends two pels in a row for each sample; the first one of sample k lies @p at[k] units behind @p base.
+template <int unit>
+GX_AVX2 inline __m256i colorLinear(unsigned char const *base, std::int32_t const *at, __m256i fractions)
 {
-  __m256i const pels =
-      _mm256_set_m128i(_mm_unpacklo_epi32(load64(p[2]), load64(p[3])), _mm_unpacklo_epi32(load64(p[0]), load64(p[1])));
+  // Addresses are used where they are formed: compilers put arrays of them into vectors, and wait for these.
+  __m128i const low = _mm_unpacklo_epi32(load64(base + at[0] * long(unit)), load64(base + at[1] * long(unit)));
+  __m128i const high = _mm_unpacklo_epi32(load64(base + at[2] * long(unit)), load64(base + at[3] * long(unit)));
+  __m256i const pels = _mm256_set_m128i(high, low);
   return mix(lowWords<linearBits>(pels), highWords<linearBits>(pels), fractions);
 }
 
@@ -94,10 +97,12 @@ struct ColorWeights {
   }
 };
 
-/// Sums four pels in a row for each sample.
-GX_AVX2 inline __m256i colorCubic(unsigned char const *const p[4], ColorWeights const &weights)
+/// Sums four pels in a row for each sample; places as in colorLinear().
+template <int unit>
+GX_AVX2 inline __m256i colorCubic(unsigned char const *base, std::int32_t const *at, ColorWeights const &weights)
 {
-  __m256i const even = load128x2(p[0], p[2]), odd = load128x2(p[1], p[3]);
+  __m256i const even = load128x2(base + at[0] * long(unit), base + at[2] * long(unit));
+  __m256i const odd = load128x2(base + at[1] * long(unit), base + at[3] * long(unit));
   __m256i const pels01 = _mm256_unpacklo_epi32(even, odd), pels23 = _mm256_unpackhi_epi32(even, odd);
   __m256i const sum01 = _mm256_add_epi16(_mm256_mulhrs_epi16(lowWords<cubicBits>(pels01), weights.of[0]),
                                          _mm256_mulhrs_epi16(highWords<cubicBits>(pels01), weights.of[1]));

@@ -1,6 +1,8 @@
 #include "foundation/angle.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -44,5 +46,8 @@ bool gxAngleRange::isWithin(gxRadian const &a) const
   if (span >= gf_turnRadians)
     return a.value() == a.value();
   double const along = span_.value() < 0.0 ? (start_ - a).norm().value() : (a - start_).norm().value();
-  return along <= span;
+  // An end that was computed as start + span is met only up to the rounding of these numbers.
+  double const largest = std::max({std::abs(a.value()), std::abs(start_.value()), gf_turnRadians});
+  double const slack = 2.0 * std::numeric_limits<double>::epsilon() * largest;
+  return along <= span + slack || along >= gf_turnRadians - slack;
 }

@@ -112,7 +112,8 @@ class GX_API gxAngleRange
 
   gxRadian start() const { return start_; }
   gxRadian span() const { return span_; }
-  /// True if the direction @p a, whatever full turns it carries, lies within the range, ends included.
+  /// True if the direction @p a, whatever full turns it carries, lies within the range, ends included, up to the
+  /// rounding of the numbers that state it. Nothing lies within a range of NaN.
   bool isWithin(gxRadian const &a) const;
 
  private:

@@ -1,0 +1,162 @@
+#include "foundation/exception.h"
+
+#include "foundation/archive.h"
+#include "foundation/matherror.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+
+using testing::HasSubstr;
+
+class Family
+{
+ public:
+  GX_EXCEPTION(Errors, gxException);
+  GX_EXCEPTION(Cracked, Errors);
+  GX_EXCEPTION_WITH_STRING(Explained, gxExceptionWithString);
+  GX_EXCEPTION_WITH_STRING(ExplainedFurther, Explained);
+};
+GX_EXCEPTION_IMPL(Family::Errors, gxException, Errors, 0x1000fff0, "something in the family")
+GX_EXCEPTION_IMPL(Family::Cracked, Family::Errors, Cracked, 0x1000fff1, "cracked")
+GX_EXCEPTION_WITH_STRING_IMPL(Family::Explained, gxExceptionWithString, Explained, 0x1000fff2)
+GX_EXCEPTION_WITH_STRING_IMPL(Family::ExplainedFurther, Family::Explained, ExplainedFurther, 0x1000fff3)
+
+namespace
+{
+
+// What one exception of each kind is to say of itself.
+struct Row {
+  std::shared_ptr<gxException> exception;
+  std::string className;
+  long number;
+  std::string message;
+};
+
+std::vector<Row> rows()
+{
+  return {
+      {std::make_shared<gxException>(), "gxException", 0x10001000, "an operation failed"},
+      {std::make_shared<gxExceptionWithString>("why"), "gxExceptionWithString", 0x10001001, "why"},
+      {std::make_shared<gxExceptionWithString>(), "gxExceptionWithString", 0x10001001, ""},
+      {std::make_shared<gxBadPointer>(), "gxBadPointer", 0x10001002, "a null handle was dereferenced"},
+      {std::make_shared<gxArchive::Errors>("bad byte"), "gxArchive::Errors", 0x10001010, "bad byte"},
+      {std::make_shared<gxArchive::UnknownVersion>("dispc/lamp", 12), "gxArchive::UnknownVersion", 0x10001011,
+       "a version that this release does not know, met by dispc/lamp in line 12"},
+      {std::make_shared<gxArchive::UnknownVersion>(nullptr, 0), "gxArchive::UnknownVersion", 0x10001011,
+       "a version that this release does not know"},
+      {std::make_shared<gxMathError::Singular>(), "gxMathError::Singular", 0x10001101, "the matrix has no inverse"},
+      {std::make_shared<Family::Cracked>(), "Family::Cracked", 0x1000fff1, "cracked"},
+      {std::make_shared<Family::ExplainedFurther>("on and on"), "Family::ExplainedFurther", 0x1000fff3, "on and on"},
+  };
+}
+
+void expectRow(gxException const &e, Row const &row)
+{
+  EXPECT_EQ(e.className(), row.className);
+  EXPECT_EQ(e.errorNumber(), row.number);
+  EXPECT_EQ(e.message(), row.message);
+  EXPECT_EQ(e.what(), row.className + ": " + row.message);
+  EXPECT_STREQ(e.what(), e.what());
+}
+
+}  // namespace
+
+TEST(Exceptions, SayTheirNameNumberAndText)
+{
+  for (Row const &row : rows())
+    expectRow(*row.exception, row);
+}
+
+TEST(Exceptions, PassThroughArchivesWithTheirTexts)
+{
+  for (Row const &row : rows()) {
+    std::stringstream stream;
+    gxPersistent *passed = nullptr;
+    {
+      gxStoringArchive out(stream);
+      gxPersistent::serializePointer(out, row.exception.get(), passed);
+    }
+    gxLoadingArchive in(stream);
+    gxPersistent::serializePointer(in, nullptr, passed);
+    std::unique_ptr<gxPersistent> const loaded(passed);
+    expectRow(dynamic_cast<gxException &>(*loaded), row);
+    EXPECT_EQ(typeid(*loaded), typeid(*row.exception));
+    if (auto const *const e = dynamic_cast<gxArchive::UnknownVersion *>(passed)) {
+      EXPECT_EQ(e->line(), row.message.ends_with("12") ? 12 : 0);
+      EXPECT_EQ(e->file(), row.message.ends_with("12") ? "dispc/lamp" : "");
+    }
+  }
+}
+
+TEST(Exceptions, SuicideAndRethrowThrowsTheSameClassAndContent)
+{
+  for (Row const &row : rows()) {
+    std::stringstream stream;
+    gxPersistent *copy = nullptr;
+    {
+      gxStoringArchive out(stream);
+      gxPersistent::serializePointer(out, row.exception.get(), copy);
+    }
+    gxLoadingArchive in(stream);
+    gxPersistent::serializePointer(in, nullptr, copy);
+    try {
+      dynamic_cast<gxException &>(*copy).suicideAndRethrow();
+    } catch (gxException const &e) {
+      EXPECT_EQ(typeid(e), typeid(*row.exception));
+      expectRow(e, row);
+    }
+  }
+}
+
+TEST(Exceptions, AreCaughtAsEachOfTheirBases)
+{
+  EXPECT_THROW(throw Family::Cracked(), Family::Errors);
+  EXPECT_THROW(throw Family::Cracked(), std::exception);
+  EXPECT_THROW(throw Family::ExplainedFurther("x"), Family::Explained);
+  EXPECT_THROW(throw gxArchive::UnknownVersion("f", 1), gxArchive::Errors);
+  try {
+    throw Family::ExplainedFurther("the rest");
+  } catch (std::exception const &e) {
+    EXPECT_STREQ(e.what(), "Family::ExplainedFurther: the rest");
+  }
+}
+
+TEST(Exceptions, AnAssignedTextIsTheOneThatWhatGives)
+{
+  Family::Explained a("first");
+  EXPECT_THAT(a.what(), HasSubstr("first"));
+  a = Family::Explained("second");
+  EXPECT_THAT(a.what(), HasSubstr("second"));
+
+  std::stringstream stream;
+  gxStoringArchive(stream) << Family::Explained("third");
+  gxLoadingArchive(stream) >> a;
+  EXPECT_THAT(a.what(), HasSubstr("third"));
+}
+
+// The version is found by a class, which does not know the archive; the text names the byte all the same.
+TEST(Exceptions, AnUnknownVersionTellsTheByteOfTheArchiveInUse)
+{
+  std::stringstream stream;
+  gxStoringArchive(stream) << Family::Cracked();
+  std::string bytes = stream.str();
+  bytes[8] = 7;
+  std::stringstream bad(bytes);
+  gxLoadingArchive in(bad);
+  Family::Cracked target;
+  try {
+    in >> target;
+    FAIL();
+  } catch (gxArchive::UnknownVersion const &e) {
+    EXPECT_EQ(e.file(), "Family::Cracked");
+    EXPECT_EQ(e.line(), 0);
+    EXPECT_THAT(e.message(), testing::EndsWith("met by Family::Cracked in line 0, at byte 9"));
+  }
+  EXPECT_THAT(gxArchive::UnknownVersion("a", 1).message(), testing::EndsWith("at byte 9"));
+  std::stringstream other(stream.str());
+  gxLoadingArchive second(other);
+  EXPECT_THAT(gxArchive::UnknownVersion("a", 1).message(), testing::EndsWith("in line 1")) << "which of the two?";
+}

@@ -43,6 +43,11 @@ gxPtrHandle<gxShape> gxContourTree::reverse_() const
   return withChildren(std::move(turned));
 }
 
+gxPtrHandle<gxShape> gxContourTree::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  return gxShape::clip_(region, info);
+}
+
 void gxContourTree::appendOutline(gx_Outline &outline) const
 {
   gx_Outline others;  // of children without ends

@@ -1,6 +1,7 @@
 #include "foundation/fline.h"
 
 #include "foundation/geomarchive.h"
+#include "foundation/lineseg.h"
 #include "foundation/rect.h"
 #include "foundation/rigid.h"
 #include "foundation/shapeserror.h"
@@ -65,6 +66,11 @@ gxPtrHandle<gxShape> gxFLine::reverse_() const
   gxFLine *const turned = new gxFLine(*this);
   turned->dir_ = -dir_;
   return turned;
+}
+
+gxPtrHandle<gxShape> gxFLine::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  return gxLineSeg::clipLine(dir_, pos_, region, info);
 }
 
 void gxFLine::appendOutline(gx_Outline &) const

@@ -1,6 +1,7 @@
 #include "foundation/line.h"
 
 #include "foundation/geomarchive.h"
+#include "foundation/lineseg.h"
 #include "foundation/rect.h"
 #include "foundation/shapeserror.h"
 
@@ -57,6 +58,13 @@ gxPtrHandle<gxShape> gxLine::mapShape(gxXform<2> const &xform) const
 gxPtrHandle<gxShape> gxLine::reverse_() const
 {
   return new gxLine(-dir_, pos_);
+}
+
+gxPtrHandle<gxShape> gxLine::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  if (!hasTangent())
+    throw gxShapesError::DegenerateShape();
+  return gxLineSeg::clipLine(dir_, pos_, region, info);
 }
 
 void gxLine::appendOutline(gx_Outline &) const

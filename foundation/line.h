@@ -53,6 +53,8 @@ class GX_API gxLine : public gxShape
 
  protected:
   gxPtrHandle<gxShape> reverse_() const override;
+  /// Line segments; always cut.
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
   gxVector<2> dir_;

@@ -2,7 +2,9 @@
 
 #include "foundation/geomarchive.h"
 #include "foundation/line.h"
+#include "foundation/polyline.h"
 #include "foundation/rect.h"
+#include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
 
 gxLine gxPoint::connect(gxVector<2> const &to) const
@@ -37,6 +39,13 @@ gxRect gx2Point::boundingBox() const
 gxPtrHandle<gxShape> gx2Point::mapShape(gxXform<2> const &xform) const
 {
   return new gx2Point(map(xform));
+}
+
+gxPtrHandle<gxShape> gx2Point::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  bool const isInside = region.within(point_);
+  info.set(!isInside, !isInside);
+  return isInside ? clone() : gxPtrHandle<gxShape>(new gxPolyline);
 }
 
 void gx2Point::sample(gxSampleParams const &params, gxSampleResult &result) const

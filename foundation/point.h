@@ -62,6 +62,9 @@ class GX_API gx2Point : public gxShape
   /// Exact.
   friend bool operator==(gx2Point const &a, gx2Point const &b) { return a.point_ == b.point_; }
 
+ protected:
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
+
  private:
   gxVector<2> point_;
 

@@ -141,6 +141,11 @@ void gxRegionTree::sample(gxSampleParams const &params, gxSampleResult &result) 
   gxShape::sample(params, result);
 }
 
+gxPtrHandle<gxShape> gxRegionTree::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  return gxShape::clip_(region, info);
+}
+
 void gxRegionTree::appendOutline(gx_Outline &outline) const
 {
   if (!boundary_.isNull())

@@ -97,6 +97,7 @@ class GX_API gxShape : public virtual gxPersistent, public virtual gxRepBase
 
   /// The parts of the contours that lie within @p region, a closed polyline that has no crossing with itself. If
   /// nothing is cut off, @p info says so and the result is a copy; a region that is cut falls into open contours.
+  /// What runs along a side of the region counts as inside. Throws NotRegion for a polyline that is none.
   gxPtrHandle<gxShape> clip(gxPolyline const &region, gxClipInfo &info) const;
 
  protected:

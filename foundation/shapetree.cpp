@@ -3,6 +3,7 @@
 #include "foundation/outline.h"
 #include "foundation/rect.h"
 #include "foundation/shapearchive.h"
+#include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
 
 #include <algorithm>
@@ -133,6 +134,21 @@ gxPtrHandle<gxShape> gxShapeTree::reverse_() const
   for (auto const &child : children_)
     turned.push_back(child->reverse());
   return withChildren(std::move(turned));
+}
+
+gxPtrHandle<gxShape> gxShapeTree::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  bool isCut = false;
+  Children parts;
+  for (auto const &child : children_) {
+    gxClipInfo ofChild;
+    gxPtrHandle<gxShape> const part = child->clip(region, ofChild);
+    isCut = isCut || ofChild.isCut();
+    if (!ofChild.isOutside())
+      parts.push_back(part);
+  }
+  info.set(isCut, parts.empty());
+  return isCut ? gxPtrHandle<gxShape>(new gxShapeTree(std::move(parts))) : clone();
 }
 
 void gxShapeTree::sample(gxSampleParams const &params, gxSampleResult &result) const

@@ -47,6 +47,8 @@ class GX_API gxShapeTree : public gxShape
  protected:
   /// A set of reversed children, in the same order.
   gxPtrHandle<gxShape> reverse_() const override;
+  /// What is left of each child, without those of which nothing is left.
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
   bool equalChildren(gxShapeTree const &other) const;
   /// A copy of this tree with other children.
   gxPtrHandle<gxShape> withChildren(Children children) const;
@@ -88,6 +90,7 @@ class GX_API gxContourTree : public gxShapeTree
  protected:
   /// Reversed children in reverse order.
   gxPtrHandle<gxShape> reverse_() const override;
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
   bool isClosed_ = false;
@@ -135,6 +138,7 @@ class GX_API gxRegionTree : public gxShapeTree
 
  protected:
   gxPtrHandle<gxShape> reverse_() const override;
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
   /// A copy with every boundary replaced by what @p change makes of it.

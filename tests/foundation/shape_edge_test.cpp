@@ -225,6 +225,27 @@ TEST(Lines, MeetUnlessTheyAreParallelOrWithoutDirection)
   EXPECT_EQ(gxPoint(1, 2).connect({4, 6}).dir(), gxVector<2>(3, 4));
 }
 
+TEST(Clipping, PointsAndEndlessLinesKeepWhatIsInside)
+{
+  gxPolyline const notch({{0, 0}, {4, 0}, {4, 3}, {2, 1}, {0, 3}}, true);
+  gxClipInfo info;
+  gxPtrHandle<gxShape> const pieces = gxLine({0.5, 0}, {100, 2}).clip(notch, info);
+  EXPECT_TRUE(info.isCut() && !info.isOutside());
+  EXPECT_NEAR(pieces->perimeter(), 2, 1e-13);
+  EXPECT_TRUE(pieces->boundingBox().within({3.5, 2}));
+  EXPECT_EQ(dynamic_cast<gxShapeTree &>(*pieces).numChildren(), 2);
+  EXPECT_TRUE(gxFLine(gxDegree(90), {9, 0}).clip(notch, info)->isEmpty());
+  EXPECT_TRUE(info.isCut() && info.isOutside());
+  EXPECT_THROW(gxLine({0, 0}, {1, 1}).clip(notch, info), gxShapesError::DegenerateShape);
+  EXPECT_THROW(gxLineSeg().clip(gxPolyline({{0, 0}, {1, 1}}), info), gxShapesError::NotRegion);
+
+  gxShapeTree const set(
+      {shape(new gx2Point({1, 1})), shape(new gx2Point({2, 2})), shape(new gxLineSeg({1, -1}, {1, 1}))});
+  gxPtrHandle<gxShape> const left = set.clip(notch, info);
+  EXPECT_TRUE(info.isCut() && !info.isOutside());
+  EXPECT_TRUE(*left == gxShapeTree({shape(new gx2Point({1, 1})), shape(new gxLineSeg({1, 0}, {1, 1}))}));
+}
+
 TEST(Rect, KeepsNegativeSizesAndTellsEmptyFromFlat)
 {
   gxRect const r({3, 1}, {-2, 4});

@@ -28,6 +28,16 @@ struct gx_PelBox {
   }
 };
 
+/// The box of a rectangle; columns and rows beyond 32 bits are left out.
+inline gx_PelBox gf_pelBox(gxUIRect const &rect)
+{
+  auto const end = [](long begin, long size) {
+    return static_cast<std::int32_t>(std::min<std::int64_t>(std::int64_t(begin) + size, INT32_MAX));
+  };
+  return {static_cast<std::int32_t>(rect.left()), static_cast<std::int32_t>(rect.top()), end(rect.left(), rect.width()),
+          end(rect.top(), rect.height())};
+}
+
 /// Where the rasteriser writes: rows of pels, the box that may be written to, and the value to write. Everything that
 /// is drawn ends in span() or pel(); both are inlined into the loops that call them.
 ///
@@ -49,15 +59,16 @@ class gx_PelCanvas
 
   /// Writes pels from (@p x0, @p y) up to, not including, (@p x1, @p y). The row must lie in the box; the columns are
   /// clipped, and x1 <= x0 writes nothing.
-  void span(std::int32_t y, std::int32_t x0, std::int32_t x1)
+  void span(std::int32_t y, std::int32_t x0, std::int32_t x1) { span(y, x0, x1, value_); }
+  /// The same with another value.
+  void span(std::int32_t y, std::int32_t x0, std::int32_t x1, gxPackedRGB32Pel value)
   {
     x0 = std::max(x0, clip_.left);
     x1 = std::min(x1, clip_.right);
     if (x0 >= x1)
       return;
-    std::fill(address(x0, y), address(x1, y), value_);
-    touch({x0, y, x1, y + 1});
-    written_ += x1 - x0;
+    std::fill(address(x0, y), address(x1, y), value);
+    touch({x0, y, x1, y + 1}, x1 - x0);
   }
   /// Writes one pel, if it lies in the box.
   void pel(std::int64_t x, std::int64_t y)
@@ -67,13 +78,13 @@ class gx_PelCanvas
     auto const x32 = static_cast<std::int32_t>(x);
     auto const y32 = static_cast<std::int32_t>(y);
     *address(x32, y32) = value_;
-    touch({x32, y32, x32 + 1, y32 + 1});
-    ++written_;
+    touch({x32, y32, x32 + 1, y32 + 1}, 1);
   }
 
-  /// Counts a box, all of which lies in clip(), as written to.
-  void touch(gx_PelBox const &box)
+  /// Notes that pels were written by other means, in a box inside clip() whose edges they reach.
+  void touch(gx_PelBox const &box, std::int64_t pels)
   {
+    written_ += pels;
     touched_.left = std::min(touched_.left, box.left);
     touched_.top = std::min(touched_.top, box.top);
     touched_.right = std::max(touched_.right, box.right);
@@ -81,7 +92,7 @@ class gx_PelCanvas
   }
   /// The smallest box around all that was written; empty if nothing was.
   gx_PelBox const &touched() const { return touched_; }
-  /// Pels written by span() and pel(), each as often as it was written.
+  /// Number of pels written, each as often as it was written.
   std::int64_t written() const { return written_; }
 
  private:

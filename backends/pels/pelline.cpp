@@ -116,9 +116,9 @@ void gx_PelLine::drawSteps(gx_PelCanvas &canvas, std::int64_t begin, std::int64_
   auto const [minorLow, minorHigh] = std::minmax(firstMinor, lastMinor);
   auto const narrow = [](std::int64_t v) { return static_cast<std::int32_t>(v); };
   if (steep_)
-    canvas.touch({narrow(minorLow), narrow(firstMajor), narrow(minorHigh + 1), narrow(major_ + end)});
+    canvas.touch({narrow(minorLow), narrow(firstMajor), narrow(minorHigh + 1), narrow(major_ + end)}, end - begin);
   else
-    canvas.touch({narrow(firstMajor), narrow(minorLow), narrow(major_ + end), narrow(minorHigh + 1)});
+    canvas.touch({narrow(firstMajor), narrow(minorLow), narrow(major_ + end), narrow(minorHigh + 1)}, end - begin);
 
   std::ptrdiff_t const majorStep = steep_ ? canvas.stride() : 1;
   std::ptrdiff_t const minorStep = steep_ ? 1 : canvas.stride();

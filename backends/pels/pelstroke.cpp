@@ -3,6 +3,7 @@
 #include "backends/pels/pelfill.h"
 #include "backends/pels/pelline.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -286,4 +287,51 @@ void gf_strokeArc(gx_PelCanvas &canvas, gx_ArcPiece const &arc, gx_PelPen const 
   wide.cap(places.front().point, outward(places.front(), -sense));
   if (pen.dash.isOn(length))
     wide.cap(places.back().point, outward(places.back(), sense));
+}
+
+std::vector<gxVector<2>> gf_contourPoints(std::vector<gx_Piece> const &pieces, gx_ArcFineness const &fineness)
+{
+  std::vector<gxVector<2>> points;
+  for (gx_Piece const &piece : pieces) {
+    points.push_back(piece.point(0.0));
+    if (auto const *const arc = std::get_if<gx_ArcPiece>(&piece)) {
+      for (gx_ArcPlace const &place : gf_arcPlaces(*arc, fineness))
+        points.push_back(place.point);
+    } else if (!piece.isStraight()) {
+      double const chords = std::min(piece.chords(fineness.tolerance), 4096.0);
+      for (double i = 1.0; i < chords; ++i)
+        points.push_back(piece.point(i / chords));
+    }
+    points.push_back(piece.point(1.0));
+  }
+  return points;
+}
+
+void gf_strokeContour(gx_PelCanvas &canvas, std::vector<gx_Piece> const &pieces, gx_PelPen const &pen)
+{
+  if (canvas.clip().isEmpty() || pieces.empty())
+    return;
+  if (!pen.isThin()) {
+    gx_ArcFineness fineness;
+    fineness.halfWidth = pen.halfWidth();
+    std::vector<gxVector<2>> path = gf_contourPoints(pieces, fineness);
+    for (gxVector<2> &p : path)
+      p += pen.shift();
+    if (std::all_of(path.begin(), path.end(), gf_isDrawable))
+      strokeWide(canvas, path, true, pen);
+    return;
+  }
+  auto const nearest = [](gxVector<2> const &p) {
+    return gxVector<2>(std::floor(p.x() + 0.5), std::floor(p.y() + 0.5));
+  };
+  double length = 0.0;
+  for (gx_Piece const &piece : pieces) {
+    auto const at = static_cast<std::int64_t>(std::min(length, 0x1p53));
+    if (auto const *const arc = std::get_if<gx_ArcPiece>(&piece))
+      gf_drawPelArc(canvas, *arc, pen.dash, length);
+    else
+      gf_drawPelLine(canvas, nearest(piece.point(0.0)), nearest(piece.point(1.0)), pen.dash, at);
+    if (!pen.dash.isSolid())
+      length += piece.length();
+  }
 }

@@ -8,6 +8,7 @@
 #include "foundation/vector.h"
 
 #include <span>
+#include <vector>
 
 /// @file
 /// Outlines by a pen of any width. Coordinates are those in which whole numbers are the centers of pels. The center of
@@ -44,3 +45,11 @@ GX_API void gf_strokeLines(gx_PelCanvas &canvas, std::span<gxVector<2> const> po
 
 /// The outline of an arc.
 GX_API void gf_strokeArc(gx_PelCanvas &canvas, gx_ArcPiece const &arc, gx_PelPen const &pen);
+
+/// The points of lines and arcs that follow each other, the arcs broken into chords. The last one is that of the end of
+/// the last piece.
+GX_API std::vector<gxVector<2>> gf_contourPoints(std::vector<gx_Piece> const &pieces, gx_ArcFineness const &fineness);
+
+/// The outline of a closed contour. Of a one-pel pen, each piece has the pels of its own rule, a line those of the line
+/// between the pels nearest to its ends.
+GX_API void gf_strokeContour(gx_PelCanvas &canvas, std::vector<gx_Piece> const &pieces, gx_PelPen const &pen);

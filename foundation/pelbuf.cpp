@@ -44,11 +44,8 @@ gx_PelBuffer::~gx_PelBuffer() = default;
 
 gx_PelBuffer::gx_PelBuffer(gxPtrHandle_const<gx_PelRoot> const &root) : root_(root)
 {
-  if (root_.isNull())
-    return;
-  bytes_ = root_->bytes();
-  rowStep_ = root_->rowStep();
-  window_ = gxPelRect(0, 0, root_->width(), root_->height());
+  if (!root_.isNull())
+    setEntire();
 }
 
 bool gx_PelBuffer::window(long x, long y, long w, long h, bool clip)
@@ -66,6 +63,8 @@ bool gx_PelBuffer::window(long x, long y, long w, long h, bool clip)
 void gx_PelBuffer::setEntire()
 {
   checkBound();
+  bytes_ = root_->bytes();
+  rowStep_ = root_->rowStep();
   window_ = gxPelRect(0, 0, root_->width(), root_->height());
 }
 
@@ -86,33 +85,22 @@ void gx_PelBuffer::refuseRow(long y) const
   throw gxPel::BadCoord("row " + std::to_string(y) + " lies outside of " + windowText(window_));
 }
 
-namespace
-{
-void passPair(gxArchive &archive, gxPair<long> &p)
-{
-  long x = p.x(), y = p.y();
-  archive || x || y;
-  p = gxPair<long>(x, y);
-}
-}  // namespace
-
 gxArchive &operator||(gxArchive &archive, gxPelBuffer<unsigned char> &buffer)
 {
+  using Root = gxPelRoot<unsigned char>;
   gf_refuseVersion(gf_passVersion(archive, 0), "gxPelBuffer<unsigned char>");
-  gxPersistent *loaded = nullptr;
-  gxPersistent::serializePointer(archive, const_cast<gx_PelRoot *>(buffer.rep()), loaded);
+  gxPtrHandle<Root> root;
+  if (archive.isStoring())
+    root = const_cast<Root *>(dynamic_cast<Root const *>(buffer.rep()));
   gxPair<long> origin = buffer.window().origin(), size = buffer.size(), offset = buffer.offset();
   gxXform<2> imageFromClient = buffer.imageFromClientXform();
-  passPair(archive, origin);
-  passPair(archive, size);
-  passPair(archive, offset);
-  archive || imageFromClient;
+  archive || root || origin || size || offset || imageFromClient;
   if (archive.isStoring())
     return archive;
 
-  gxPelBuffer<unsigned char> result(dynamic_cast<gxPelRoot<unsigned char> *>(loaded));
+  gxPelBuffer<unsigned char> result(root);
   bool const windowIsNone = origin == gxPair<long>() && size == gxPair<long>();
-  bool const fits = result.isBound() ? result.window(origin.x(), origin.y(), size.x(), size.y(), false) : windowIsNone;
+  bool const fits = result.isBound() ? result.window(origin.x(), origin.y(), size.x(), size.y()) : windowIsNone;
   if (!fits)
     archive.fail("a pel buffer whose window exceeds its pels");
   result.offset(offset);

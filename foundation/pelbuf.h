@@ -187,6 +187,7 @@ class GX_API gxPelBuffer : public gxPelBuffer_const<T>
   void put(long x, long y, T value) const { *this->checkedPel(x, y) = value; }
 };
 
-/// Stores or loads a buffer: its root (shared roots stay shared), window, offset and client map. What is loaded owns
-/// its pels. Throws gxArchive::Errors for anything wrong in a loaded stream; the buffer is unchanged then.
+/// Stores or loads a buffer: its root (shared roots stay shared), the window's origin and size, the offset, the client
+/// map. What is loaded owns its pels. Throws gxArchive::Errors for anything wrong in a loaded stream; the buffer is
+/// unchanged then.
 GX_API gxArchive &operator||(gxArchive &archive, gxPelBuffer<unsigned char> &buffer);

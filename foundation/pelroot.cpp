@@ -7,7 +7,6 @@
 #include <limits>
 #include <new>
 #include <string>
-#include <utility>
 
 namespace
 {
@@ -102,8 +101,8 @@ void gx_PelRoot::serializePels(gxArchive &archive)
     archive.fail("a pel buffer of negative width");
   long const height = archive.passCount(height_, static_cast<std::size_t>(width * pelSize_));
   if (archive.isLoading()) {
-    std::free(std::exchange(owned_, nullptr));
-    bytes_ = nullptr;
+    if (bytes_)
+      archive.fail("pels cannot be loaded into a root that has pels");
     layOut(width, height, loadedAlignment);
     allocate(loadedAlignment);
   }
@@ -168,14 +167,7 @@ gxPersistent *gxPelRoot<T>::make()
 }
 
 template <class T>
-void gxPelRoot<T>::dispatchSerialize(gxArchive &archive)
-{
-  if (haveVisited(this, sizeof(gxPelRoot<T>)))
-    return;
-  serialize_(archive, gf_passVersion(archive, 0));
-  setVisited(this, sizeof(gxPelRoot<T>));
-}
-
+GX_PERSISTENT_ABSTRACT_IMPL(gxPelRoot<T>, 0)
 template <class T>
 void gxPelRoot<T>::serialize_(gxArchive &archive, unsigned char version)
 {

@@ -7,7 +7,8 @@
 
 /// The memory behind pel buffers, whatever the type of its pels: rows of one width at a constant step. Reference
 /// counted; many buffers may look at one root. Persistent: an archive keeps the pels without the padding of the rows,
-/// and what is loaded owns its pels at an alignment of 32. Writing pels is no mutation that an archive hears of.
+/// and what is loaded owns its pels at an alignment of 32; a root that has pels
+/// cannot be loaded into. Writing pels is no mutation that an archive hears of.
 class GX_API gx_PelRoot : public virtual gxPersistent, public virtual gxRepBase
 {
  public:

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 #include <numeric>
+#include <sstream>
+#include <string>
 
 namespace
 {
@@ -284,6 +286,104 @@ TEST(PelBuffer, HoldsItsRoot)
   root = nullptr;
   last.put(3, 3, 9);
   EXPECT_EQ(last.get(3, 3), 9);
+}
+
+std::string stored(Buffer8 a, Buffer8 b)
+{
+  std::ostringstream os;
+  gxStoringArchive archive(os);
+  archive || a || b;
+  archive.flush();
+  return os.str();
+}
+
+/// Loads two buffers, or throws gxArchive::Errors.
+std::pair<Buffer8, Buffer8> loaded(std::string const &bytes)
+{
+  std::istringstream is(bytes);
+  gxLoadingArchive archive(is);
+  std::pair<Buffer8, Buffer8> result;
+  archive || result.first || result.second;
+  return result;
+}
+
+/// Two windows on one root.
+std::pair<Buffer8, Buffer8> twoViews()
+{
+  auto a = numbered<unsigned char>(9, 5), b = a;
+  a.window(2, 1, 6, 3);
+  a.offset(-7, 70000);
+  a.imageFromClientXform(gxXform<2>(gxMatrix<2>(2, 0.5, -1, 4), gxVector<2>(10, 20)));
+  b.window(9, 5, 0, 0);
+  return {a, b};
+}
+
+TEST(PelBufferArchive, KeepsViewsOnTheirSharedRoot)
+{
+  auto const [a, b] = twoViews();
+  auto [a2, b2] = loaded(stored(a, b));
+  EXPECT_EQ(a2.window(), a.window());
+  EXPECT_EQ(a2.offset(), a.offset());
+  EXPECT_EQ(a2.imageFromClientXform(), a.imageFromClientXform());
+  EXPECT_EQ(b2.window(), b.window());
+  EXPECT_EQ(a2.rep(), b2.rep());
+  EXPECT_EQ(a2.rep()->refCount(), 2) << "the archive lets go in the end";
+  EXPECT_TRUE(a2.rep()->isOwner());
+  b2.setEntire();
+  a2.setEntire();
+  for (long y = 0; y < 5; ++y)
+    for (long x = 0; x < 9; ++x)
+      EXPECT_EQ(b2.get(x, y), y * 9 + x) << "what the window hides is kept";
+  EXPECT_EQ(a2.get(3, 2), 21);
+
+  unsigned char borrowed[] = {1, 2, 3, 4};
+  auto const [c, none] = loaded(stored(Buffer8(new gxPelRoot<unsigned char>(2, 2, borrowed, 1)), Buffer8()));
+  EXPECT_TRUE(c.rep()->isOwner());
+  EXPECT_EQ(c.get(1, 1), 4);
+  EXPECT_FALSE(none.isBound());
+}
+
+TEST(PelBufferArchive, DamageIsToldAndChangesNothing)
+{
+  auto const [a, b] = twoViews();
+  std::string const good = stored(a, b);
+  for (std::size_t n = 0; n < good.size(); ++n)
+    EXPECT_THROW(loaded(good.substr(0, n)), gxArchive::Errors) << "cut at " << n;
+
+  int refused = 0;
+  for (std::size_t n = 0; n < good.size(); ++n)
+    for (char damage : {'\x01', '\x7f', '\xff'}) {
+      std::string bad = good;
+      bad[n] = static_cast<char>(bad[n] ^ damage);
+      std::istringstream is(bad);
+      Buffer8 target = b;
+      try {
+        gxLoadingArchive archive(is);
+        archive || target;
+      } catch (gxArchive::Errors const &) {
+        ++refused;
+        EXPECT_EQ(target.rep(), b.rep());
+        continue;
+      }
+      // What loads is sound: every pel of its window is there.
+      if (target.isBound() && !target.window().isNull())
+        gfPelSet_U8(target, 1);
+    }
+  EXPECT_GT(refused, 100);
+}
+
+TEST(PelRoot, IsNotLoadedOverPelsInUse)
+{
+  Buffer8 const b(3, 3);
+  std::ostringstream os;
+  {
+    gxStoringArchive archive(os);
+    archive || *const_cast<gx_PelRoot *>(b.rep());
+  }
+  std::istringstream is(os.str());
+  gxLoadingArchive archive(is);
+  EXPECT_THROW(archive || *const_cast<gx_PelRoot *>(b.rep()), gxArchive::Errors);
+  EXPECT_EQ(b.get(2, 2), 0);
 }
 
 TEST(PelMap, ValuesBeyondTheMapStay)

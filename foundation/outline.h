@@ -12,6 +12,7 @@
 #include "foundation/vector.h"
 #include "foundation/xform.h"
 
+#include <array>
 #include <variant>
 #include <vector>
 
@@ -73,12 +74,36 @@ struct GX_API gx_ArcPiece {
   gxPtrHandle<gxShape> shape() const;
 };
 
+/// A rational Bezier curve of degree three. The weights are positive and at most 1; equal weights leave a polynomial.
+struct GX_API gx_BezierPiece {
+  std::array<gxVector<2>, 4> points;
+  std::array<double, 4> weights = {1.0, 1.0, 1.0, 1.0};
+
+  /// True if all weights are equal.
+  bool isPolynomial() const;
+
+  gxVector<2> point(double param) const;
+  gxVector<2> tangent(double param) const;
+  gx_Nearest nearest(gxVector<2> const &p) const;
+  gxRect bounds() const;
+  double lengthTo(double param) const;
+  double paramAtLength(double length) const;
+  double rotation() const;
+  double winding(gxVector<2> const &p) const;
+  double doubleArea() const;
+  gx_BezierPiece part(double begin, double end) const;
+  gx_BezierPiece mapped(gxXform<2> const &xform) const;
+  double chords(double tolerance) const;
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
+  gxPtrHandle<gxShape> shape() const;
+};
+
 /// One smooth piece of an outline, of any kind. A place on it is a parameter from 0 to 1. A new kind of curve joins
 /// the list of alternatives and brings the members below.
-class GX_API gx_Piece : public std::variant<gx_LinePiece, gx_ArcPiece>
+class GX_API gx_Piece : public std::variant<gx_LinePiece, gx_ArcPiece, gx_BezierPiece>
 {
  public:
-  using Kinds = std::variant<gx_LinePiece, gx_ArcPiece>;
+  using Kinds = std::variant<gx_LinePiece, gx_ArcPiece, gx_BezierPiece>;
   using Kinds::Kinds;
 
   gxVector<2> point(double param) const;

@@ -4,6 +4,7 @@
 #include "foundation/geomarchive.h"
 
 #include <new>
+#include <typeinfo>
 
 namespace
 {
@@ -43,6 +44,11 @@ void gx2XformBase::serialize_(gxArchive &archive, unsigned char version)
   gxPersistent::dispatchSerialize(archive);
 }
 
+bool gx2XformBase::equal_(gx2XformBase const &other) const
+{
+  return this == &other;
+}
+
 void gx2XformLinear::xform(gxXform<2> const &xform)
 {
   mutating();
@@ -57,6 +63,11 @@ gxPtrHandle<gx2XformBase> gx2XformLinear::clone() const
 gx2XformLinear gx2XformLinear::linearXform(gxVector<2> const &) const
 {
   return *this;
+}
+
+bool gx2XformLinear::equal_(gx2XformBase const &other) const
+{
+  return typeid(other) == typeid(gx2XformLinear) && *this == dynamic_cast<gx2XformLinear const &>(other);
 }
 
 void *gx2XformLinear::operator new(std::size_t size)
@@ -86,6 +97,12 @@ gx2XformComposed::gx2XformComposed(gxPtrHandle_const<gx2XformBase> const &outer,
 gxPtrHandle<gx2XformBase> gx2XformComposed::clone() const
 {
   return new gx2XformComposed(*this);
+}
+
+bool gx2XformComposed::equal_(gx2XformBase const &other) const
+{
+  auto const *const composed = dynamic_cast<gx2XformComposed const *>(&other);
+  return composed && *outer_ == *composed->outer_ && *inner_ == *composed->inner_;
 }
 
 bool gx2XformComposed::isLinear() const

@@ -28,6 +28,13 @@ class GX_API gx2XformBase : public virtual gxPersistent, public virtual gxRepBas
   static gxPtrHandle_const<gx2XformBase> compose(gxPtrHandle_const<gx2XformBase> const &outer,
                                                  gxPtrHandle_const<gx2XformBase> const &inner);
 
+  /// Same class, equal value.
+  friend bool operator==(gx2XformBase const &a, gx2XformBase const &b) { return a.equal_(b); }
+
+ protected:
+  /// Same class, equal value; unless overridden the very same object.
+  virtual bool equal_(gx2XformBase const &other) const;
+
   GX_PERSISTENT_ABSTRACT(gx2XformBase);
 };
 
@@ -56,6 +63,9 @@ class GX_API gx2XformLinear : public gx2XformBase
   static void *operator new(std::size_t size);
   static void operator delete(void *block);
 
+ protected:
+  bool equal_(gx2XformBase const &other) const override;
+
  private:
   gxXform<2> xform_;
 
@@ -78,6 +88,9 @@ class GX_API gx2XformComposed : public gx2XformBase
   gx2XformLinear linearXform(gxVector<2> const &at) const override;
   gxVector<2> mapPoint(gxVector<2> const &p) const override;
   gxVector<2> invMapPoint(gxVector<2> const &p) const override;
+
+ protected:
+  bool equal_(gx2XformBase const &other) const override;
 
  private:
   gxPtrHandle_const<gx2XformBase> outer_;

@@ -40,6 +40,7 @@
 #include "foundation/matherror.h"
 #include "foundation/matrix.h"
 #include "foundation/mutex.h"
+#include "foundation/netpbm.h"
 #include "foundation/numbers.h"
 #include "foundation/outline.h"
 #include "foundation/pair.h"

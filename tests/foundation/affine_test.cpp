@@ -317,7 +317,7 @@ void expectSameKernels()
 {
   auto const plain = gx_affine::plainKernels<C>(), best = gx_affine::bestKernels<C>();
   std::mt19937 random(31);
-  constexpr long pels = 200, height = 12;
+  constexpr long pels = 200, height = 16;
   std::vector<unsigned char> source(pels * height * C + 64);
   for (unsigned char &v : source)
     setRandom(random, v);

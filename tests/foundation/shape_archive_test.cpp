@@ -83,7 +83,8 @@ std::vector<Shape> oneOfEach()
 TEST(ShapeArchive, EveryClassComesBackEqualBehindAPointerAndInTheShortForm)
 {
   for (Shape const &shape : oneOfEach()) {
-    SCOPED_TRACE(typeid(*shape).name());
+    gxShape const &object = *shape;
+    SCOPED_TRACE(typeid(object).name());
     Shape out = shape, in;
     std::string const bytes = stored(out);
     load(bytes, in);

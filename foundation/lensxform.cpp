@@ -126,13 +126,12 @@ double gx2XformLens::radiusOf(double target) const
   double low = 0.0;
   double high = invertibleRadius() / unit_;
   if (!std::isfinite(high)) {
-    high = std::max(1.0, target);
-    while (std::isfinite(high) && image(high) < target)
-      high *= 2.0;
+    for (high = 1.0; std::isfinite(high) && image(high) < target; high *= 2.0)
+      low = high;
   }
   if (!(image(high) >= target))
     throw gxMathError::NoConvergence();
-  double r = std::min(target, high);
+  double r = std::clamp(target, low, high);
   double before = high;
   constexpr int maxSteps = 200;
   for (int i = 0; i < maxSteps; ++i) {

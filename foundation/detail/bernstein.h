@@ -7,6 +7,7 @@
 
 #include "foundation/vector.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -156,7 +157,15 @@ double sweep(std::array<gxVector<2>, N> c, double noise, int depth)
   if (isNarrow || isNoise || depth == maxDepth)
     return std::atan2(first.cross(last), first * last);
   std::array<gxVector<2>, N> const second = split(c, 0.5);
-  return sweep(c, noise, depth + 1) + sweep(second, noise, depth + 1);
+  double across = 0.0;  // if the middle is the origin, the turn from the one half to the other
+  if (c.back() == gxVector<2>()) {
+    auto const isNotZero = [](gxVector<2> const &v) { return !(v == gxVector<2>()); };
+    auto const before = std::find_if(c.rbegin(), c.rend(), isNotZero);
+    auto const behind = std::find_if(second.begin(), second.end(), isNotZero);
+    if (before != c.rend() && behind != second.end())
+      across = std::atan2(before->cross(*behind), *before * *behind);
+  }
+  return sweep(c, noise, depth + 1) + across + sweep(second, noise, depth + 1);
 }
 
 /// The signed angle by which the direction to the points of a curve, seen from the origin, turns from t = 0 to 1.

@@ -147,12 +147,11 @@ void gxPelScope::Painter::finish(gx_PelCanvas const &canvas, bool opaqueFill, gx
 {
   gx_PelBox const &touched = canvas.touched();
   bool const covers = canvas.value().spare() != 0;
+  // The opaque flag is never cleared here: an application sets it on an overlay too, to say who repaints what goes.
   if (!touched.isEmpty()) {
     auto const x = static_cast<std::int32_t>(scope_.origin_.x());
     auto const y = static_cast<std::int32_t>(scope_.origin_.y());
     scope_.screen_->damage({touched.left + x, touched.top + y, touched.right + x, touched.bottom + y});
-    if (!covers)
-      scope_.opaque(false);
   }
   if (!scope_.trackChanges())
     return;

@@ -1,0 +1,198 @@
+#include "backends/pels/pelsurface.h"
+#include "examples/demo/scene.h"
+
+#ifdef GXDISPLAY_HAVE_PNG
+#include "backends/png/pngfile.h"
+#endif
+#include "foundation/exception.h"
+#include "foundation/netpbm.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+// The road of a drawing, from a camera picture to what an operator sees: a tree of tablets draws on the image and the
+// overlay layer of a surface in memory, and records. Numbered pictures go to the folder demo-out, one line each.
+//
+//   demo [PICTURE]     PICTURE is a PNG or PGM file; without it the demonstration renders a board
+//
+// Exit status: 0, or 1 if the picture cannot be read or a result cannot be written.
+
+namespace
+{
+constexpr auto image = gxUITablet::image;
+constexpr auto overlay = gxUITablet::overlay;
+
+/// A tablet that shows a picture and a drawing on it, whenever it is asked to repaint.
+class View : public gxUITablet
+{
+ public:
+  View(gxPelSurface &surface, gxPelBuffer<unsigned char> const &camera, Drawing drawing)
+      : gxUITablet(&surface.imageScope(), &surface.overlayScope()), camera_(camera), drawing_(std::move(drawing))
+  {
+    // It covers all of its area: what goes from in front of it is given back to it to repaint.
+    opaque(image, true);
+    opaque(overlay, true);
+  }
+  View(gxUITablet &parent, gxUIRect const &rect, gxPelBuffer<unsigned char> const &camera, Drawing drawing)
+      : gxUITablet(parent, rect), camera_(camera), drawing_(std::move(drawing))
+  {
+  }
+
+  void drawing(Drawing d) { drawing_ = std::move(d); }
+  void frame(gxColor const &color) { frame_ = color; }
+  long drawCalls() const { return static_cast<long>(drawing_.size()); }
+
+  /// Draws the drawing, which a recording tablet records.
+  void drawAll()
+  {
+    for (auto const &operation : drawing_)
+      operation(*this);
+  }
+
+ protected:
+  void redraw_() override
+  {
+    gxUIRect const all(gxPair<long>(), scopeRect().sz());
+    if (shouldUpdateImage(updateLayers())) {
+      set(gxColor(24, 24, 32), image);
+      if (camera_.isBound())
+        draw(camera_, gxPoint(0, 0), false, 0, false, image);
+    }
+    if (shouldUpdateOverlay(updateLayers())) {
+      set(gxColor::passColor(), overlay);
+      drawAll();
+      if (frame_.isStockColor())
+        outline(all, frame_, 3, overlay);
+    }
+  }
+
+ private:
+  gxPelBuffer<unsigned char> camera_;
+  Drawing drawing_;
+  gxColor frame_;
+};
+
+/// Writes numbered pictures and tells of each in a line.
+class Pages
+{
+ public:
+  Pages(gxPelSurface &surface, std::filesystem::path folder) : surface_(surface), folder_(std::move(folder)) {}
+
+  /// Paints by @p work, and stores what the operator sees then. @p sketch, if given, holds what was recorded on the
+  /// way.
+  template <class Work>
+  void show(char const *name, char const *what, Work const &work, gxUISketch const *sketch = nullptr, long records = 0)
+  {
+    auto const start = std::chrono::steady_clock::now();
+    work();
+    auto const picture = surface_.picture();
+    std::chrono::duration<double, std::milli> const took = std::chrono::steady_clock::now() - start;
+    char number[8];
+    std::snprintf(number, sizeof number, "%02d_", ++number_);
+    std::string const file = (folder_ / (std::string(number) + name + extension)).string();
+    write(file, picture);
+    std::printf("%-34s %-62s", file.c_str(), what);
+    if (sketch)
+      std::printf(" %4ld records, %6ld bytes,", records, sketch->size());
+    std::printf(" %6.2f ms\n", took.count());
+  }
+
+ private:
+#ifdef GXDISPLAY_HAVE_PNG
+  static constexpr char const *extension = ".png";
+  static void write(std::string const &file, gxPelBuffer_const<gxPackedRGB32Pel> const &p)
+  {
+    gfWritePng(file, p);
+  }
+#else
+  static constexpr char const *extension = ".ppm";
+  static void write(std::string const &file, gxPelBuffer_const<gxPackedRGB32Pel> const &p)
+  {
+    gfWriteNetpbm(file, p);
+  }
+#endif
+
+  gxPelSurface &surface_;
+  std::filesystem::path folder_;
+  int number_ = 0;
+};
+
+bool sameBytes(gxUISketch const &a, gxUISketch const &b)
+{
+  return a.size() == b.size() && std::equal(a.bytes(), a.bytes() + a.size(), b.bytes());
+}
+
+void demonstrate(gxPelBuffer<unsigned char> const &camera)
+{
+  std::filesystem::create_directories("demo-out");
+  gxPelSurface surface(camera.width(), camera.height());
+  Pages pages(surface, "demo-out");
+  Drawing const result = inspectionResult(camera.size());
+
+  View root(surface, camera, {});
+  pages.show("camera", "a camera picture on the image layer", [&] { root.visible(true); });
+
+  root.drawing(result);
+  root.recordOn().push(true);
+  pages.show(
+      "overlay", "the result of a vision tool on the overlay, recorded", [&] { root.drawAll(); }, &root.sketch(),
+      root.drawCalls());
+  root.recordOn().pop();
+
+  // Two windows on the same picture: one enlarged on a corner, one turned and made small.
+  gxPair<long> const size = camera.size();
+  long const w = size.x() * 2 / 5;
+  long const h = size.y() * 2 / 5;
+  View zoomed(root, gxUIRect(size.x() / 16, size.y() / 12, w, h), camera, result);
+  zoomed.frame(gxColor::yellowColor());
+  zoomed.baseMap(gxXform<2>(gxMatrix<2>(), gxVector<2>(-0.27 * double(size.x()), -0.2 * double(size.y()))));
+  zoomed.scaleExact({3.0, 3.0});
+  View turned(root, gxUIRect(size.x() * 2 / 5, size.y() * 2 / 5, w, h), {}, result);
+  turned.frame(gxColor::cyanColor());
+  turned.baseMap(gxXform<2>(gxMatrix<2>(gxRadian(0.5), gxRadian(0.5), 0.45, 0.3),
+                            gxVector<2>(0.16 * double(size.x()), -0.03 * double(size.y()))));
+  pages.show("two_kids", "two tablets on it: threefold, and turned with unequal scales", [&] {
+    zoomed.visible(true);
+    turned.visible(true);
+  });
+  pages.show("restacked", "the rear one brought to the front", [&] {
+    zoomed.front();
+    root.update(image);
+    root.update(overlay);
+  });
+  pages.show("moved", "and moved: the picture behind repaints itself", [&] {
+    zoomed.moveRel({size.x() * 2 / 5, size.y() * 3 / 8});
+  });
+
+  View chart(root, gxUIRect(gxPair<long>(), size), {}, penChart());
+  chart.recordOn().push(true);
+  pages.show("pens", "widths and styles of lines, joins and caps", [&] { chart.visible(true); });
+  chart.drawing(shapeChart());
+  chart.baseMap(gxXform<2>(gxMatrix<2>(double(size.x()) / 640, 0, 0, double(size.y()) / 480), {}));
+  pages.show("shapes", "shapes: thin, wide and filled", [&] {});
+
+  gxUITablet::scratchPad.sketch().erase();
+  for (auto const &operation : result)
+    operation(gxUITablet::scratchPad);
+  std::printf("The same drawing on a tablet without a display gives the same records: %s\n",
+              sameBytes(gxUITablet::scratchPad.sketch(), root.sketch()) ? "yes" : "no");
+}
+}  // namespace
+
+int main(int argc, char **argv)
+{
+  if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
+    std::cerr << "usage: demo [PICTURE]   a grey picture, PNG or PGM; without it a board is rendered\n";
+    return 1;
+  }
+  try {
+    demonstrate(argc == 2 ? readPicture(argv[1]) : boardPicture());
+  } catch (std::exception const &e) {
+    std::cerr << "demo: " << e.what() << '\n';
+    return 1;
+  }
+  return 0;
+}

@@ -158,13 +158,12 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
     zoomed.visible(true);
     turned.visible(true);
   });
-  pages.show("restacked", "the rear one brought to the front", [&] {
-    zoomed.front();
+  pages.show("restacked", "the rear one brought to the front", [&] { zoomed.front(); });
+  pages.show("moved", "and moved: what was behind it repaints itself", [&] {
+    zoomed.moveRel({size.x() * 2 / 5, size.y() * 3 / 8});
+    // The root has painted what came free. An update brings back what is stacked above that.
     root.update(image);
     root.update(overlay);
-  });
-  pages.show("moved", "and moved: the picture behind repaints itself", [&] {
-    zoomed.moveRel({size.x() * 2 / 5, size.y() * 3 / 8});
   });
 
   View chart(root, gxUIRect(gxPair<long>(), size), {}, penChart());

@@ -1,24 +1,37 @@
 #pragma once
 
+/// @file
+/// Pel buffers from and to files of the Netpbm family: PGM (grey, P2 and P5) and PPM (color, P3 and P6), of 8 bits a
+/// component. Nothing but the standard library is needed for them.
+///
+/// What a file holds is stretched to 0 to 255 where its greatest value is less than that: v becomes v * 255 / greatest,
+/// rounded half up. A color becomes grey by gxPackedRGB32Pel::luminance(). Bitmaps (P1, P4),
+/// files of 16 bits a component, and sizes of more than gf_netpbmMaxPels pels are refused. What follows the first image
+/// of a file is not read.
+///
+/// All throw gxPel::BadImageFile with a text that names the file, or what else is read, and says what is wrong and at
+/// which byte. Memory is taken only as far as pels arrive, so that a header cannot ask for more than the file has.
+
 #include "foundation/export.h"
-#include "foundation/pel.h"
 #include "foundation/pelbuf.h"
 
+#include <iosfwd>
 #include <string>
 
-/// @file
-/// Pel buffers from and to the plain image formats PGM (grey) and PPM (colour), which need no library.
-///
-/// Read are P2, P3 (numbers as text), P5 and P6 (bytes), with a greatest value from 1 to 255; other greatest values
-/// than 255 are stretched to it. Written are P5 and P6. All throw gxPel::BadImageFile with a text that names the file,
-/// the cause and, when the content is at fault, the byte. The size of an image is checked against the size of its file
-/// before memory is taken.
+inline constexpr long gf_netpbmMaxPels = 1L << 28;
 
-/// Grey pels; of colours, 0.299 red + 0.587 green + 0.114 blue.
+/// Reads an image as grey pels.
 GX_API gxPelBuffer<unsigned char> gfReadNetpbmGrey(std::string const &path);
-/// Colour pels, whose spare byte is 0; of a grey file, equal components.
+/// Reads an image as color pels, whose spare byte is 0; of a grey file, with equal components.
 GX_API gxPelBuffer<gxPackedRGB32Pel> gfReadNetpbmColor(std::string const &path);
-/// Writes the window of a buffer as PGM.
+/// The same from a stream in binary mode; @p name stands for the file in the texts of errors.
+GX_API gxPelBuffer<unsigned char> gfReadNetpbmGrey(std::istream &is, std::string const &name);
+GX_API gxPelBuffer<gxPackedRGB32Pel> gfReadNetpbmColor(std::istream &is, std::string const &name);
+
+/// Writes the window of a buffer as P5. There must be pels in it.
 GX_API void gfWriteNetpbm(std::string const &path, gxPelBuffer_const<unsigned char> const &buffer);
-/// Writes the window of a buffer as PPM, without the spare byte.
+/// Writes the window of a buffer as P6, without the spare byte.
 GX_API void gfWriteNetpbm(std::string const &path, gxPelBuffer_const<gxPackedRGB32Pel> const &buffer);
+/// The same to a stream in binary mode.
+GX_API void gfWriteNetpbm(std::ostream &os, std::string const &name, gxPelBuffer_const<unsigned char> const &buffer);
+GX_API void gfWriteNetpbm(std::ostream &os, std::string const &name, gxPelBuffer_const<gxPackedRGB32Pel> const &buffer);

@@ -70,6 +70,12 @@ class GX_API gxPackedRGB32Pel
   constexpr unsigned char green() const { return g_; }
   constexpr unsigned char blue() const { return b_; }
   constexpr unsigned char spare() const { return spare_; }
+  /// The grey of equal brightness: 0.299 red + 0.587 green + 0.114 blue, with the weights rounded to 1/256. A pel of
+  /// equal components keeps its value.
+  constexpr unsigned char luminance() const
+  {
+    return static_cast<unsigned char>((77 * r_ + 150 * g_ + 29 * b_ + 128) >> 8);
+  }
 
   friend constexpr bool operator==(gxPackedRGB32Pel a, gxPackedRGB32Pel b) { return a.value() == b.value(); }
 

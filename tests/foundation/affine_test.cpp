@@ -317,7 +317,7 @@ void expectSameKernels()
 {
   auto const plain = gx_affine::plainKernels<C>(), best = gx_affine::bestKernels<C>();
   std::mt19937 random(31);
-  constexpr long pels = 200, height = 16;
+  constexpr long pels = 200, height = 20;
   std::vector<unsigned char> source(pels * height * C + 64);
   for (unsigned char &v : source)
     setRandom(random, v);
@@ -348,7 +348,7 @@ void expectSameKernels()
     // Lines in all directions that stay inside.
     int const length = 1 + static_cast<int>(random() % 32);
     auto const step = [&] { return static_cast<std::int32_t>(random() % 20001) - 10000; };
-    gx_affine::Line const line = {source.data() + (6 * pels + 100) * C,
+    gx_affine::Line const line = {source.data() + (10 * pels + 100) * C,
                                   pels * C,
                                   static_cast<int>(random() % 65536),
                                   static_cast<int>(random() % 65536),

@@ -228,6 +228,33 @@ TEST_F(Repaint, ARepairThatCoversTheChangeEndsIt)
   EXPECT_FALSE(pending());
 }
 
+/// A scope whose first pel is not its (0, 0): changes are counted from there, and everything else is not.
+TEST_F(Repaint, ChangesOfACutTabletLieWhereTheyShow)
+{
+  HookTablet over(log, "over", root, gxUIRect(0, 0, 20, 20));
+  over.visible(true);
+  kid.moveAbs({-7, -3});
+  kid.onRedraw = [&] { point(kid); };
+  kid.update(gxUIRect(5, 5, 10, 10), image, true);
+  kid.onRedraw = nullptr;
+  log.take();
+  kid.update(image);
+  EXPECT_NE(log.text().find("i.1.2: clip i.1.2!6 (7, 3) 10 x 10"), std::string::npos);
+  kid.front();
+  log.take();
+  kid.update(image);
+  EXPECT_NE(log.text().find("i.1.2: clip i.1.2!10 (2, -2) 20 x 20"), std::string::npos);
+}
+
+TEST_F(Repaint, ARepairCountsAsAChangeOfTheSurface)
+{
+  kid.clearAnyChanged(image);
+  kid.update(gxUIRect(20, 25, 1, 1), image, false);
+  EXPECT_TRUE(kid.anyChanged(image)) << "even if nothing was painted";
+  root.clearAnyChanged(image);
+  EXPECT_FALSE(below.anyChanged(image)) << "one flag for the tree";
+}
+
 TEST_F(Repaint, WhatMayNotDrawIsNotRepaired)
 {
   root.setScope(overlay, &o, false);

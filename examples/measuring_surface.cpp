@@ -39,10 +39,13 @@ class MeasuringScope : public gxUIScope
   gxUIScope *newSubScope(gxUIRect const &rect, bool temporary) override
   {
     auto part = std::make_unique<MeasuringScope>(rect.sz());
-    if (temporary)
+    part->isTemporary_ = temporary;
+    if (temporary) {
       part->subset(*this, rect);  // keeps the coordinates of this scope, and only cuts
-    else
+      part->setDisplayClipRect(displayClipRect());
+    } else {
       part->move(*this, rect);  // has coordinates of its own
+    }
     return part.release();
   }
   bool isNull() const override { return false; }
@@ -190,6 +193,8 @@ class MeasuringScope : public gxUIScope
   {
     ++count;
     modified(true);
+    if (isTemporary_ && parent())
+      parent()->modified(true);  // what is drawn through the part stays on the whole
     if (trackChanges())
       change(rect, opaque && displayClipRect().isNull());
   }
@@ -224,6 +229,7 @@ class MeasuringScope : public gxUIScope
   }
 
   gxPair<long> size_;
+  bool isTemporary_ = false;
   std::shared_ptr<Tally> tally_;
 };
 

@@ -53,7 +53,7 @@ class gxPelScope::Painter
   template <class Draw, class Extent>
   void paint(gxPackedRGB32Pel value, bool once, Draw draw, Extent extent)
   {
-    scope_.modified(true);
+    scope_.markModified();
     gx_PelCanvas target = canvas(value);
     if (!target.clip().isEmpty())
       draw(target);

@@ -44,10 +44,19 @@ void gxPelScope::attach(gxPelScope const &parent)
       pels->attach(*this);
 }
 
+/// What is drawn through a temporary part stays on the scope that it is a part of.
+void gxPelScope::markModified()
+{
+  modified(true);
+  if (isTemporary_ && parent())
+    parent()->modified(true);
+}
+
 gxUIScope *gxPelScope::newSubScope(gxUIRect const &rect, bool temporary)
 {
   std::unique_ptr<gxPelScope> scope(new gxPelScope);
   if (temporary) {
+    scope->isTemporary_ = true;
     scope->subset(*this, rect);
     scope->setDisplayClipRect(displayClipRect());
   } else {

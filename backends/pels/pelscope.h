@@ -126,11 +126,13 @@ class GX_API gxPelScope : public gxUIScope
 
   void attach(gxPelScope const &parent);
   void changeLook();
+  void markModified();
   gx_PelLayer &layer() const;
 
   std::shared_ptr<gx_PelScreen> screen_;
   int layer_ = 0;
-  gxUIRect rectInParent_;  ///< in pels of the parent scope
-  gxPair<long> origin_;    ///< pel of the surface that is pel (0, 0) here
+  bool isTemporary_ = false;  ///< draws for its parent, while that is being repaired
+  gxUIRect rectInParent_;     ///< in pels of the parent scope
+  gxPair<long> origin_;       ///< pel of the surface that is pel (0, 0) here
   gxPair<long> size_;
 };

@@ -99,13 +99,14 @@ struct EnlargedRow {
   long put(gx_scale::RunRows &rows, gxRLEBufferRun *&to, unsigned char value, long length, long pels) const;
 };
 
+constexpr long longestRun = 255;
+
 /// Writes the runs that bring the row, of @p pels pels so far, @p length pels of a value. Returns its pels then.
 long EnlargedRow::put(gx_scale::RunRows &rows, gxRLEBufferRun *&to, unsigned char value, long length, long pels) const
 {
-  constexpr long longest = 255;
   length = std::min(length, end - pels);
   while (length > 0 && pels <= edge) {
-    long const part = std::min(length, longest);
+    long const part = std::min(length, longestRun);
     rows.put(to, {value, static_cast<unsigned char>(part)});
     length -= part;
     pels += part;
@@ -113,31 +114,42 @@ long EnlargedRow::put(gx_scale::RunRows &rows, gxRLEBufferRun *&to, unsigned cha
   return pels;
 }
 
+/// A row on its way to the enlarged one, of @p pels pels so far.
+struct Progress {
+  gxRLEBufferRun const *from;
+  gxRLEBufferRun *to;
+  long pels;
+};
+
+/// Most runs stay short: enlarges runs until one is too long, the row would pass @p last pels, or ends, or there is no
+/// more room. A function of its own, so that all it works with stays in registers.
+Progress enlargeShortRuns(Progress p, gxRLEBufferRun const *room, long factor, long last)
+{
+  while (p.to != room) {
+    long const length = p.from->length * factor;
+    if (length == 0 || length > longestRun || p.pels + length > last)
+      break;
+    *p.to++ = {p.from->value, static_cast<unsigned char>(length)};
+    p.pels += length;
+    ++p.from;
+  }
+  return p;
+}
+
 void EnlargedRow::expand(gxRLEBufferRun const *from, gx_scale::RunRows &rows) const
 {
-  gxRLEBufferRun *to = rows.begin();
-  long skip = skipped;
-  for (; from->length != 0 && skip >= from->length; ++from)
-    skip -= from->length;
-  long pels = 0;
-  if (from->length != 0) {
-    pels = put(rows, to, from->value, (from->length - skip) * factor - cut, 0);
-    ++from;
+  Progress p{from, rows.begin(), 0};
+  long lost = skipped;
+  for (; p.from->length != 0 && lost >= p.from->length; ++p.from)
+    lost -= p.from->length;
+  lost = lost * factor + cut;
+  while (p.from->length != 0 && p.pels <= edge && p.pels != end) {
+    gxRLEBufferRun *to = p.to;
+    p.pels = put(rows, to, p.from->value, p.from->length * factor - lost, p.pels);
+    lost = 0;
+    p = enlargeShortRuns({p.from + 1, to, p.pels}, rows.limit(), factor, std::min(end, edge));
   }
-  constexpr long longest = 255;
-  long const last = std::min(end, edge);
-  for (; from->length != 0 && pels <= last; ++from) {
-    long const length = from->length * factor;
-    if (length <= longest && pels + length <= last) {
-      rows.put(to, {from->value, static_cast<unsigned char>(length)});
-      pels += length;
-    } else {
-      pels = put(rows, to, from->value, length, pels);
-      if (pels == end)
-        break;
-    }
-  }
-  rows.end(to);
+  rows.end(p.to);
 }
 }  // namespace
 

@@ -18,7 +18,9 @@ template <class T>
 gxPelBuffer<T> copiedByPosition(gxPelBuffer_const<T> const &src, gxPair<long> const &size,
                                 gx_scale::Positions const &columns, gx_scale::Positions const &rows)
 {
-  gxPelBuffer<T> result(size.x(), size.y(), rowAlignment);
+  bool const isFull = static_cast<long>(columns.size()) == size.x() && static_cast<long>(rows.size()) == size.y();
+  gxPelBuffer<T> result = isFull ? gxPelBuffer<T>(gxPelRoot<T>::unset(size.x(), size.y(), rowAlignment))
+                                 : gxPelBuffer<T>(size.x(), size.y(), rowAlignment);
   gx_scale::copyPels({reinterpret_cast<unsigned char const *>(src.pointToOffset()), src.rowStep(), src.width()},
                      {reinterpret_cast<unsigned char *>(result.pointToOffset()), result.rowStep()}, columns, rows,
                      sizeof(T));

@@ -35,7 +35,13 @@ gx_PelRoot::gx_PelRoot(long pelSize) : pelSize_(pelSize) {}
 gx_PelRoot::gx_PelRoot(long width, long height, long alignment, long pelSize) : pelSize_(pelSize)
 {
   layOut(width, height, alignment);
-  allocate(alignment);
+  allocate(alignment, true);
+}
+
+gx_PelRoot::gx_PelRoot(long width, long height, long alignment, long pelSize, AsItComes) : pelSize_(pelSize)
+{
+  layOut(width, height, alignment);
+  allocate(alignment, false);
 }
 
 gx_PelRoot::gx_PelRoot(long width, long height, void *pels, long alignment, long pelSize) : pelSize_(pelSize)
@@ -70,14 +76,14 @@ void gx_PelRoot::layOut(long width, long height, long alignment)
   rowStep_ = step;
 }
 
-/// Takes zeroed memory. Large blocks of calloc come zeroed from the system, so that the pels are not touched here.
-void gx_PelRoot::allocate(long alignment)
+/// Takes memory. Large blocks of calloc come zeroed from the system, so that the pels are not touched here.
+void gx_PelRoot::allocate(long alignment, bool isZeroed)
 {
   auto const bytes = static_cast<std::size_t>(rowStep_ * height_);
   if (bytes == 0)
     return;
   auto const base = static_cast<std::size_t>(baseAlignment(alignment));
-  owned_ = std::calloc(bytes + base - 1, 1);
+  owned_ = isZeroed ? std::calloc(bytes + base - 1, 1) : std::malloc(bytes + base - 1);
   if (!owned_)
     throw std::bad_alloc();
   void *first = owned_;
@@ -104,7 +110,7 @@ void gx_PelRoot::serializePels(gxArchive &archive)
     if (bytes_)
       archive.fail("pels cannot be loaded into a root that has pels");
     layOut(width, height, loadedAlignment);
-    allocate(loadedAlignment);
+    allocate(loadedAlignment, true);
   }
   if (width_ == 0)
     return;
@@ -148,6 +154,12 @@ gxPelRoot<T>::gxPelRoot() : gx_PelRoot(sizeof(T))
 
 template <class T>
 gxPelRoot<T>::gxPelRoot(long width, long height, long alignment) : gx_PelRoot(width, height, alignment, sizeof(T))
+{
+}
+
+template <class T>
+gxPelRoot<T>::gxPelRoot(long width, long height, long alignment, gx_PelRoot::AsItComes comes)
+    : gx_PelRoot(width, height, alignment, sizeof(T), comes)
 {
 }
 

@@ -34,12 +34,16 @@ class GX_API gx_PelRoot : public virtual gxPersistent, public virtual gxRepBase
   explicit gx_PelRoot(long pelSize);
   /// Takes memory, all zero.
   gx_PelRoot(long width, long height, long alignment, long pelSize);
+  /// Takes memory as it comes.
+  struct AsItComes {
+  };
+  gx_PelRoot(long width, long height, long alignment, long pelSize, AsItComes);
   /// Wraps memory that others own.
   gx_PelRoot(long width, long height, void *pels, long alignment, long pelSize);
 
  private:
   void layOut(long width, long height, long alignment);
-  void allocate(long alignment);
+  void allocate(long alignment, bool isZeroed);
   void serializePels(gxArchive &archive);
   void passRow(gxArchive &archive, unsigned char *row);
 
@@ -68,9 +72,18 @@ class GX_API gxPelRoot : public gx_PelRoot
   /// `width * sizeof(T)` rounded up to a multiple of @p alignment bytes; so 1 says that rows follow each other without
   /// padding, and the row step itself serves as alignment for rows that are further apart. Throws as above.
   gxPelRoot(long width, long height, T *pels, long alignment);
+  /// As the constructor that takes memory, but the pels have no defined values: for results of which every pel is
+  /// written at once. Throws as above.
+  static gxPtrHandle<gxPelRoot> unset(long width, long height, long alignment = 32)
+  {
+    return new gxPelRoot(width, height, alignment, gx_PelRoot::AsItComes());
+  }
 
   /// The first pel; may be null if there is none.
   T *pels() const { return reinterpret_cast<T *>(bytes()); }
+
+ private:
+  gxPelRoot(long width, long height, long alignment, gx_PelRoot::AsItComes);
 
   GX_PERSISTENT(gxPelRoot);
 };

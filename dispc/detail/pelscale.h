@@ -39,7 +39,7 @@ struct Source {
   long width;  ///< pels of a row
 };
 
-/// Room for the result. Every row is padded to whole units of 16 bytes, which are written.
+/// Room for the result. Every row is padded to whole units of 32 bytes, which are written.
 struct Target {
   unsigned char *bytes;
   long step;

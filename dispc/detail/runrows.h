@@ -35,6 +35,8 @@ class RunRows
       to = move(to);
     *to++ = run;
   }
+  /// Up to here, runs of the present row may be written without put().
+  gxRLEBufferRun const *limit() const { return limit_; }
   /// Writes the closing pair.
   void end(gxRLEBufferRun *to)
   {

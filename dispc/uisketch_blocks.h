@@ -6,6 +6,7 @@
 #include "foundation/ellipse.h"
 #include "foundation/ellipseannulus.h"
 #include "foundation/ellipsearc.h"
+#include "foundation/genannulus.h"
 #include "foundation/genrect.h"
 #include "foundation/rect.h"
 
@@ -56,6 +57,14 @@ inline void gf_writeBlock(gx_StreamWriter &to, gxGenRect const &r)
 {
   gf_writeFields(to, r);
   to.zeros(gf_genRectBlock - 72);
+}
+
+inline void gf_writeBlock(gx_StreamWriter &to, gxGenAnnulus const &a)
+{
+  gf_writeFields(to, a.innerRect());
+  to.zeros(96 - 72);
+  gf_writeFields(to, a.outerRect());
+  to.zeros(gf_genAnnulusBlock - 96 - 72);
 }
 
 inline void gf_writeBlock(gx_StreamWriter &to, gxRect const &r)

@@ -22,16 +22,25 @@
 
 class gx2Point;
 class gxAffineRectangle;
+class gxAnnulus;
+class gxBezierCurve;
 class gxCircle;
+class gxCoordAxes;
+class gxCross;
+class gxCubicSpline;
 class gxEllipse;
 class gxEllipse2;
 class gxEllipseAnnulusSection;
 class gxEllipseArc;
 class gxEllipseArc2;
+class gxGenAnnulus;
 class gxGenRect;
 class gxLine;
 class gxLineSeg;
+class gxLineSegSet;
+class gxPointSet;
 class gxPolyline;
+class gxShape;
 struct gx_RecordHead;
 
 /// The drawing front end: a rectangle of pels inside its parent tablet, with a client coordinate system of its own, an
@@ -229,11 +238,60 @@ class GX_API gxUITablet : public gx_UITabletBase
   void draw(gxPolygon const &polygon, gxGraphicProps const &props, Layers layer);
   void draw(gxPolygon const &polygon, gxColor const &color, Layers layer);
   void draw(gxPolyline const &polyline, gxGraphicProps const &props, Layers layer);
+  /// Outer and inner circle, each with a record of its own; the form with a colour draws a gxGenAnnulus.
+  void draw(gxAnnulus const &annulus, gxGraphicProps const &props, Layers layer);
+  void draw(gxAnnulus const &annulus, gxColor const &color, Layers layer);
+  void draw(gxGenAnnulus const &annulus, gxGraphicProps const &props, Layers layer);
+  void draw(gxGenAnnulus const &annulus, gxColor const &color, Layers layer);
+  /// The arm is in pels and does not scale.
+  void draw(gxCross const &cross, gxGraphicProps const &props, Layers layer);
+  void draw(gxCross const &cross, gxColor const &color, Layers layer);
+  /// Two lines, with arrowheads unless they have one direction.
+  void draw(gxCoordAxes const &axes, gxGraphicProps const &props, Layers layer);
+  void draw(gxCoordAxes const &axes, gxColor const &color, Layers layer);
+  /// Points of one pel, each with a record; from two points on also the circle through the second round the first, and
+  /// its radius.
+  void draw(gxPointSet const &points, gxGraphicProps const &props, Layers layer);
+  void draw(gxPointSet const &points, gxColor const &color, Layers layer);
+  /// Each segment with a record of its own.
+  void draw(gxLineSegSet const &set, gxGraphicProps const &props, Layers layer);
+  /// As a chain of lines within a pel of the curve.
+  void draw(gxBezierCurve const &curve, gxGraphicProps const &props, Layers layer);
+  /// Curve by curve. While it draws, each curve is recorded and then the spline as a whole.
+  void draw(gxCubicSpline const &spline, gxGraphicProps const &props, Layers layer);
+  void draw(gxGenShape const &shape, gxColor const &color, Layers layer);
+  /// Any shape, by its class: a mapped shape by what lies under its transforms, a tree by its children, with the gaps
+  /// of a contour closed by lines. Classes that have no operation here are left out. Throws gxBadPointer for a null
+  /// handle inside the shape.
+  void draw(gxShape const &shape, gxGraphicProps const &props, Layers layer);
+  ///@}
+
+  /// @name Shapes told by numbers
+  ///@{
+  void drawLineSeg(gxPair<double> const &a, gxPair<double> const &b, gxColor const &color, Layers layer);
+  void drawLine(gxPair<double> const &p, gxRadian angle, gxColor const &color, Layers layer);
+  void drawCircle(gxPair<double> const &c, double r, gxColor const &color, Layers layer, bool fill);
+  void drawEllipse(gxPair<double> const &c, gxPair<double> const &radii, gxRadian angle, gxColor const &color,
+                   Layers layer, bool fill);
+  void drawEllipseArc(gxPair<double> const &c, gxPair<double> const &radii, gxRadian angle, gxRadian start,
+                      gxRadian end, gxColor const &color, Layers layer);
+  void drawPolygon(std::vector<gxVector<2>> const &vertices, gxPolygon::PolyFillMode mode, gxColor const &color,
+                   Layers layer);
+  void drawGenRect(gxPair<double> const &c, gxPair<double> const &size, gxRadian const &angle,
+                   gxPair<double> const &rounding, gxColor const &color, Layers layer);
+  void drawAffineRect(gxPair<double> const &c, double xLength, double yLength, gxRadian const &xRotation,
+                      gxRadian const &yRotation, gxColor const &color, Layers layer);
+  /// From corner @p a to the opposite corner @p b.
+  void drawRect(gxPair<double> const &a, gxPair<double> const &b, gxColor const &color, Layers layer, bool fill);
+  /// With arms of 7 pels.
+  void drawCross(gxPair<double> const &c, gxRadian const &angle, gxColor const &color, Layers layer);
+  void drawPixel(gxPair<double> const &p, gxColor const &color, Layers layer);
   ///@}
 
   /// @name Images
   /// The top left corner goes to the client point; rows stay rows under any map. With a scale mode, the image is
-  /// brought to scale by the scope. Pels of value @p passPel are left out if @p pass. Only 8-bit images are recorded.
+  /// brought to scale by the scope. Pels of value @p passPel are left out if @p pass. Of pel buffers only those of 8
+  /// bits are recorded.
   ///@{
   void draw(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, bool pass, unsigned char passPel,
             bool flag, Layers layer);
@@ -243,6 +301,10 @@ class GX_API gxUITablet : public gx_UITabletBase
             unsigned short passPel, Layers layer);
   void draw(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, bool pass, unsigned long passPel,
             Layers layer);
+  /// A run-length image; its values go through the colour map, one beyond it stands for itself. @p unscaled keeps it at
+  /// unit scale in every mode. Recorded.
+  void draw(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap, bool pass,
+            unsigned char passColor, bool unscaled, Layers layer);
   ///@}
 
   /// @name Icons

@@ -57,6 +57,28 @@ std::array<gxVector<2>, 4> weighted(gx_BezierPiece const &piece, gxVector<2> con
   return q;
 }
 
+/// The sum starts from one end and adds differences, so that equal points give just that point.
+inline gxVector<2> polynomialPoint(std::array<gxVector<2>, 4> const &p, double t)
+{
+  double const s = 1.0 - t;
+  double const b1 = 3.0 * s * s * t, b2 = 3.0 * s * t * t, b3 = t * t * t;
+  if (t == 1.0)
+    return p[3];
+  return p[0] + (p[1] - p[0]) * b1 + (p[2] - p[0]) * b2 + (p[3] - p[0]) * b3;
+}
+
+inline gxVector<2> rationalPoint(gx_BezierPiece const &piece, double t)
+{
+  auto const &p = piece.points;
+  auto const &w = piece.weights;
+  double const s = 1.0 - t;
+  double const b0 = s * s * s * w[0], b1 = 3.0 * s * s * t * w[1], b2 = 3.0 * s * t * t * w[2], b3 = t * t * t * w[3];
+  double const inverse = 1.0 / (b0 + b1 + b2 + b3);
+  if (t == 1.0)
+    return p[3];
+  return p[0] + ((p[1] - p[0]) * b1 + (p[2] - p[0]) * b2 + (p[3] - p[0]) * b3) * inverse;
+}
+
 /// How fast the piece runs at a parameter.
 class Speed
 {
@@ -90,7 +112,7 @@ double chordBound(gx_BezierPiece const &piece)
   auto const second = [](auto const &c, std::size_t i) { return (c[i] - c[i + 1]) - (c[i + 1] - c[i + 2]); };
   if (piece.isPolynomial())
     return 6.0 * std::max(second(p, 0).len(), second(p, 1).len());
-  gxVector<2> const middle = piece.bounds().center();
+  gxVector<2> const middle = (p[0] + p[1] + p[2] + p[3]) * 0.25;
   std::array<gxVector<2>, 4> const q = weighted(piece, middle);
   auto const &w = piece.weights;
   double radius = 0.0;
@@ -106,7 +128,7 @@ double refinedChordBound(gx_BezierPiece const &piece)
 {
   if (piece.isPolynomial())
     return chordBound(piece);
-  constexpr int parts = 16;
+  constexpr int parts = 8;
   double worst = 0.0;
   for (int i = 0; i < parts; ++i)
     worst = std::max(worst, chordBound(piece.part(i / double(parts), (i + 1) / double(parts))));
@@ -122,16 +144,16 @@ bool gx_BezierPiece::isPolynomial() const
 
 gxVector<2> gx_BezierPiece::point(double param) const
 {
-  double const t = param, s = 1.0 - t;
-  double const b0 = s * s * s * weights[0], b1 = 3.0 * s * s * t * weights[1];
-  double const b2 = 3.0 * s * t * t * weights[2], b3 = t * t * t * weights[3];
-  double const inverse = 1.0 / (b0 + b1 + b2 + b3);
-  // the last share closes the sum, so that equal points give just that point, and the ends are exact
-  double const m1 = b1 * inverse, m2 = b2 * inverse, m3 = b3 * inverse;
-  if (t < 0.5)
-    return points[0] + (points[1] - points[0]) * m1 + (points[2] - points[0]) * m2 + (points[3] - points[0]) * m3;
-  double const m0 = b0 * inverse;
-  return points[3] + (points[0] - points[3]) * m0 + (points[1] - points[3]) * m1 + (points[2] - points[3]) * m2;
+  return isPolynomial() ? polynomialPoint(points, param) : rationalPoint(*this, param);
+}
+
+void gx_BezierPiece::evaluate(double first, double step, std::size_t n, gxVector<2> *to) const
+{
+  bool const isSimple = isPolynomial();
+  for (std::size_t i = 0; i < n; ++i) {
+    double const t = (first + static_cast<double>(i)) * step;
+    to[i] = isSimple ? polynomialPoint(points, t) : rationalPoint(*this, t);
+  }
 }
 
 gxVector<2> gx_BezierPiece::tangent(double param) const
@@ -221,11 +243,11 @@ double gx_BezierPiece::paramAtLength(double length) const
   for (int i = 0; i < maxSteps && std::abs(excess) > rounding * whole; ++i) {
     (excess > 0.0 ? high : low) = param;
     double next = param - excess / speed(param);
+    if (std::abs(next - param) <= rounding)
+      break;
     if (!(low < next && next < high && std::abs(next - param) <= 0.5 * before))
       next = 0.5 * (low + high);
     before = std::abs(next - param);
-    if (next == param)
-      break;
     excess += next > param ? speed.lengthBetween(param, next) : -speed.lengthBetween(next, param);
     param = next;
   }

@@ -13,6 +13,7 @@
 #include "foundation/xform.h"
 
 #include <array>
+#include <cstddef>
 #include <variant>
 #include <vector>
 
@@ -81,6 +82,8 @@ struct GX_API gx_BezierPiece {
 
   /// True if all weights are equal.
   bool isPolynomial() const;
+  /// Many points at once: those at (first + i) * step for i from 0 to n - 1.
+  void evaluate(double first, double step, std::size_t n, gxVector<2> *to) const;
 
   gxVector<2> point(double param) const;
   gxVector<2> tangent(double param) const;

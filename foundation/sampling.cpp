@@ -2,6 +2,7 @@
 #include "foundation/shapeserror.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 // The one sampling of all shapes.
@@ -35,6 +36,8 @@ class Collector
       throw gxShapesError::SampleOverflow();
     result_.append(p);
   }
+  /// Points that were expected.
+  void append(gxVector<2> const *p, std::size_t n) { result_.append(p, n); }
   /// Throws at once if @p n more points are too many.
   void expect(double n) const
   {
@@ -76,18 +79,40 @@ void sampleByLength(gx_Piece const &piece, double from, double to, double spacin
   collector.append(piece.point(to));
 }
 
+/// Appends the points behind the start at a whole number of equal steps, in blocks.
+void sampleByParam(gx_BezierPiece const &piece, double steps, Collector &collector)
+{
+  constexpr std::size_t blockSize = 128;
+  std::array<gxVector<2>, blockSize> block;
+  auto const n = static_cast<std::size_t>(steps) - 1;
+  for (std::size_t i = 0; i < n; i += blockSize) {
+    std::size_t const size = std::min(blockSize, n - i);
+    piece.evaluate(static_cast<double>(i + 1), 1.0 / steps, size, block.data());
+    collector.append(block.data(), size);
+  }
+  collector.append(piece.point(1.0));
+}
+
+template <class Piece>
+void sampleByParam(Piece const &piece, double steps, Collector &collector)
+{
+  for (double i = 1.0; i <= steps; ++i)
+    collector.append(piece.point(i / steps));
+}
+
 /// The points behind the start of a piece, its end included: equal steps of the parameter that keep to the tolerance,
 /// and between them equal lengths that keep to the spacing.
 void samplePiece(gx_Piece const &piece, gxShape::gxSampleParams const &params, Collector &collector)
 {
   double const chords = piece.chords(params.tolerance());
   collector.expect(chords);
-  for (double i = 1.0; i <= chords; ++i) {
-    if (params.spacing() > 0.0)
-      sampleByLength(piece, (i - 1.0) / chords, i / chords, params.spacing(), collector);
-    else
-      collector.append(piece.point(i / chords));
+  if (params.spacing() == 0.0) {
+    std::visit([&](auto const &p) { sampleByParam(p, chords, collector); },
+               static_cast<gx_Piece::Kinds const &>(piece));
+    return;
   }
+  for (double i = 1.0; i <= chords; ++i)
+    sampleByLength(piece, (i - 1.0) / chords, i / chords, params.spacing(), collector);
 }
 
 void samplePieces(gx_Contour const &contour, gxShape::gxSampleParams const &params, Collector &collector)

@@ -200,6 +200,7 @@ class gxShape::gxSampleResult
   /// Begins a new contour with the next point.
   void beginContour() { starts_.push_back(positions_.size()); }
   void append(gxVector<2> const &p) { positions_.push_back(p); }
+  void append(gxVector<2> const *p, std::size_t n) { positions_.insert(positions_.end(), p, p + n); }
   /// Takes back all but the first @p points points and the first @p contours contours.
   void truncate(std::size_t points, std::size_t contours)
   {

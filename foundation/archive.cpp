@@ -78,16 +78,10 @@ gxArchive::gxArchive(bool storing, Limits const &limits)
 
 gxArchive::~gxArchive() = default;
 
-gxArchive &gxArchive::operator||(bool &v)
+void gxArchive::refuseBool(unsigned char byte)
 {
-  auto byte = static_cast<unsigned char>(v ? 1 : 0);
-  number<unsigned char>(byte);
-  if (byte > 1) {
-    --cursor_;
-    fail("a truth value of " + std::to_string(byte));
-  }
-  v = byte != 0;
-  return *this;
+  --cursor_;
+  fail("a truth value of " + std::to_string(byte));
 }
 
 gxArchive &gxArchive::operator||(std::string &v)
@@ -176,9 +170,10 @@ unsigned char gf_passVersion(gxArchive &archive, unsigned char current)
 bool gf_enterClass(gxArchive &archive, void const *part, std::size_t size, void const *level, unsigned char &version)
 {
   if (gx_Pass *const pass = archive.pass_) {
-    if (pass->isMarked(part, size, level))
+    gx_Pass::Mark const mark(part, size, level);
+    if (pass->isMarked(mark))
       return false;
-    pass->mark(part, size, level);
+    pass->mark(mark);
   }
   if (!archive.scrubs_)
     archive || version;

@@ -75,7 +75,15 @@ class GX_API gxArchive
   bool isStoring() const { return mode_ != 0; }
   bool isLoading() const { return mode_ == 0; }
 
-  gxArchive &operator||(bool &v);                                                ///< 8 bits, 0 or 1
+  gxArchive &operator||(bool &v)  ///< 8 bits, 0 or 1
+  {
+    auto byte = static_cast<unsigned char>(v ? 1 : 0);
+    number<unsigned char>(byte);
+    if (byte > 1)
+      refuseBool(byte);
+    v = byte != 0;
+    return *this;
+  }
   gxArchive &operator||(signed char &v) { return number<signed char>(v); }       ///< 8 bits
   gxArchive &operator||(unsigned short &v) { return number<std::uint16_t>(v); }  ///< 16 bits
   gxArchive &operator||(int &v) { return number<std::int32_t>(v); }              ///< 32 bits
@@ -145,6 +153,7 @@ class GX_API gxArchive
   }
   virtual void more_(std::size_t n) = 0;
   virtual void raw_(char *bytes, std::size_t n) = 0;
+  [[noreturn]] void refuseBool(unsigned char byte);
 
   // Wire is the type of the stored bytes, T that of the value.
   template <class Wire, class T>

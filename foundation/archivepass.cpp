@@ -18,9 +18,9 @@ void gx_Pass::refuseDepth() const
   archive_.fail("objects are nested deeper than " + std::to_string(archive_.limits_.maxDepth));
 }
 
-bool gx_Pass::isMarkedFurther(void const *part, std::size_t size, void const *level) const
+bool gx_Pass::isMarkedFurther(Mark const &mark) const
 {
-  return std::find(more_->begin(), more_->end(), Mark{part, size, level}) != more_->end();
+  return std::find(more_->begin(), more_->end(), mark) != more_->end();
 }
 
 void gx_Pass::markFurther(Mark const &mark)

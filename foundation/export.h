@@ -14,3 +14,10 @@
 #else
 #define GX_API
 #endif
+
+/// The mark of a thread-local variable of the library that is found without a call.
+#if defined(__ELF__) && defined(__GNUC__)
+#define GX_INITIAL_EXEC __attribute__((tls_model("initial-exec")))
+#else
+#define GX_INITIAL_EXEC
+#endif

@@ -12,9 +12,10 @@ void gxFLine::passFields_(gxArchive &archive)
 {
   gxVector<2> dir = dir_;
   archive || dir || pos_;
-  if (archive.isLoading() && dir == gxVector<2>())
-    archive.fail("a line without direction");
-  dir_ = archive.isLoading() ? dir.unit() : dir_;
+  constexpr double tolerance = 1e-9;  // far beyond rounding; the vector itself is kept to the last bit
+  if (!(std::abs(dir.len() - 1.0) <= tolerance))
+    archive.fail("a line whose direction is no unit vector");
+  dir_ = dir;
 }
 
 gxFLine::gxFLine(gxDegree angle, gxVector<2> const &pos)

@@ -15,7 +15,7 @@ struct Deletions {
   std::vector<gxRepBase const *> postponed;
 };
 
-thread_local Deletions *deletions = nullptr;
+thread_local Deletions *deletions GX_INITIAL_EXEC = nullptr;
 
 void destroyNested(gxRepBase const *rep)
 {

@@ -7,15 +7,38 @@
 #include <cstdint>
 #include <type_traits>
 #include <utility>
+#if __has_include(<sys/single_threaded.h>)
+#include <sys/single_threaded.h>
+#endif
+
+/// True only if the process has one thread; then no other one can meet a count half changed.
+inline bool gf_hasOneThread()
+{
+#if __has_include(<sys/single_threaded.h>)
+  return __libc_single_threaded != 0;
+#else
+  return false;
+#endif
+}
 
 /// Atomic change of a reference count; both return the new count.
 inline std::int32_t gfInterlockedIncrement(std::int32_t *count)
 {
-  return std::atomic_ref(*count).fetch_add(1, std::memory_order_relaxed) + 1;
+  std::atomic_ref const shared(*count);
+  if (!gf_hasOneThread())
+    return shared.fetch_add(1, std::memory_order_relaxed) + 1;
+  std::int32_t const next = shared.load(std::memory_order_relaxed) + 1;
+  shared.store(next, std::memory_order_relaxed);
+  return next;
 }
 inline std::int32_t gfInterlockedDecrement(std::int32_t *count)
 {
-  return std::atomic_ref(*count).fetch_sub(1, std::memory_order_acq_rel) - 1;
+  std::atomic_ref const shared(*count);
+  if (!gf_hasOneThread())
+    return shared.fetch_sub(1, std::memory_order_acq_rel) - 1;
+  std::int32_t const next = shared.load(std::memory_order_relaxed) - 1;
+  shared.store(next, std::memory_order_relaxed);
+  return next;
 }
 
 /// Base of the objects that handles hold: a count of the handles, and a virtual destructor. Derive virtually.

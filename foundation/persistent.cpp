@@ -22,13 +22,13 @@ void gxPersistent::mutating_()
 bool gxPersistent::haveVisited(void const *part, std::size_t size, void const *level)
 {
   gx_Pass const *const pass = gx_Pass::innermost();
-  return pass && pass->isMarked(part, size, level);
+  return pass && pass->isMarked({part, size, level});
 }
 
 void gxPersistent::setVisited(void const *part, std::size_t size, void const *level)
 {
   if (gx_Pass *const pass = gx_Pass::innermost())
-    pass->mark(part, size, level);
+    pass->mark({part, size, level});
 }
 
 void gxPersistent::serializePointer(gxArchive &archive, gxPersistent *in, gxPersistent *&out)

@@ -17,14 +17,6 @@ gxPtrHandle_const<gx2XformBase> const &checked(gxPtrHandle_const<gx2XformBase> c
   return xform;
 }
 
-void passXform(gxArchive &archive, gxPtrHandle_const<gx2XformBase> &xform)
-{
-  gxPersistent *loaded = nullptr;
-  gxPersistent::serializePointer(archive, const_cast<gx2XformBase *>(xform.rep()), loaded);
-  if (archive.isLoading())
-    xform = dynamic_cast<gx2XformBase *>(loaded);
-}
-
 }  // namespace
 
 gxPtrHandle_const<gx2XformBase> gx2XformBase::compose(gxPtrHandle_const<gx2XformBase> const &outer,
@@ -130,6 +122,8 @@ void gx2XformComposed::serialize_(gxArchive &archive, unsigned char version)
 {
   gf_refuseVersion(version, "gx2XformComposed");
   gx2XformBase::dispatchSerialize(archive);
-  passXform(archive, outer_);
-  passXform(archive, inner_);
+  gf_passWithoutRing(archive, outer_);
+  gf_passWithoutRing(archive, inner_);
+  if (outer_.isNull() || inner_.isNull())
+    archive.fail("a composed transform without one of its parts");
 }

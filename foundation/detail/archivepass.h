@@ -8,13 +8,6 @@
 #include <memory>
 #include <vector>
 
-// A thread-local variable of the library that is found without a call; each passing object needs two.
-#if defined(__ELF__) && defined(__GNUC__)
-#define GX_INITIAL_EXEC __attribute__((tls_model("initial-exec")))
-#else
-#define GX_INITIAL_EXEC
-#endif
-
 /// One object on its way through an archive: the marks of its classes, and its place in the stack of objects that are
 /// passing in this thread. Lives as a local variable of the routine that passes the object, so that an exception takes
 /// the marks with it.
@@ -48,33 +41,38 @@ class gx_Pass
 
   gxArchive &archive() const { return archive_; }
 
-  bool isMarked(void const *part, std::size_t size, void const *level) const
-  {
-    for (std::size_t i = 0; i < numMarks_; ++i) {
-      if (marks_[i] == Mark{part, size, level})
-        return true;
-    }
-    return more_ && isMarkedFurther(part, size, level);
-  }
-  void mark(void const *part, std::size_t size, void const *level)
-  {
-    if (numMarks_ < marks_.size())
-      marks_[numMarks_++] = {part, size, level};
-    else
-      markFurther({part, size, level});
-  }
-
- private:
+  /// A part of the object: its address, and the address that stands for its class or, without one, its size.
   struct Mark {
+    Mark() = default;
+    Mark(void const *p, std::size_t size, void const *level)
+        : part(p), kind(level ? reinterpret_cast<std::uintptr_t>(level) : size)
+    {
+    }
     void const *part;
-    std::size_t size;
-    void const *level;
+    std::uintptr_t kind;
     bool operator==(Mark const &) const = default;
   };
 
+  bool isMarked(Mark const &mark) const
+  {
+    for (std::size_t i = 0; i < numMarks_; ++i) {
+      if (marks_[i] == mark)
+        return true;
+    }
+    return more_ && isMarkedFurther(mark);
+  }
+  void mark(Mark const &mark)
+  {
+    if (numMarks_ < marks_.size())
+      marks_[numMarks_++] = mark;
+    else
+      markFurther(mark);
+  }
+
+ private:
   [[noreturn]] void refuseDepth() const;
   void markFurther(Mark const &mark);
-  bool isMarkedFurther(void const *part, std::size_t size, void const *level) const;
+  bool isMarkedFurther(Mark const &mark) const;
 
   static thread_local gx_Pass *innermost_ GX_INITIAL_EXEC;
 

@@ -230,7 +230,7 @@ Faults foreignHeaders(Files const &files, FloorTable const &floors, int upToFloo
   Faults faults;
   forEachInclude(files, false, [&](std::string const &path, Include const &include) {
     bool const standard = include.name.find_first_of("./") == std::string::npos;
-    bool const instructions = include.name.ends_with("intrin.h") && path.ends_with(".cpp");
+    bool const instructions = include.name.ends_with("intrin.h") && (path.ends_with(".cpp") || isPrivateHeader(path));
     if (!standard && !instructions && floors.floorOf(path).value_or(0) <= upToFloor)
       faults.push_back(place(path, include) + "<" + include.name + "> is no header of the standard library of C++");
   });

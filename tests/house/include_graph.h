@@ -65,8 +65,8 @@ Faults unplacedFiles(Files const &, FloorTable const &);
 Faults higherFloors(Files const &, FloorTable const &);
 /// Quoted includes that name no file from the root of the repository.
 Faults unknownTargets(Files const &);
-/// Angle includes of anything but the standard library, in files up to the given floor. Sources may include the
-/// compiler's headers of vector instructions, `*intrin.h`.
+/// Angle includes of anything but the standard library, in files up to the given floor. Sources and private
+/// headers may include the compiler's headers of vector instructions, `*intrin.h`.
 Faults foreignHeaders(Files const &, FloorTable const &, int upToFloor);
 /// Public headers that include a private one.
 Faults privateInPublic(Files const &);

@@ -1,13 +1,20 @@
-// A program of a user: the umbrella header, an exception that crosses the border of the library, the back ends.
+// A program of a user: the umbrella header, an exception that crosses the border of the library, a drawing that a
+// sketch records, and, where there are back ends, a picture of it.
 
 #include "dispc/gxdisplay.h"
+#ifdef CONSUMER_PELS
+#include "backends/pels/pelsurface.h"
+#endif
+#ifdef CONSUMER_PNG
+#include "backends/png/pngfile.h"
+#endif
 
+#include <cstdio>
 #include <iostream>
 #include <string>
 
 namespace
 {
-
 bool throwsSingular()
 {
   try {
@@ -18,13 +25,58 @@ bool throwsSingular()
   return false;
 }
 
+bool records()
+{
+  gxUITablet tablet;
+  tablet.draw(gxRect(gxVector<2>(1, 2), gxVector<2>(3, 4)), gxColor::redColor(), gxUITablet::overlay, true);
+  return !tablet.sketch().isNull();
+}
+
+#ifdef CONSUMER_PELS
+bool shows()
+{
+  gxPelSurface surface(8, 8);
+  gxUITablet tablet(&surface.imageScope(), &surface.overlayScope());
+  tablet.visible(true);
+  tablet.draw(gxRect(gxVector<2>(2, 2), gxVector<2>(4, 4)), gxColor(255, 0, 0), gxUITablet::overlay, true);
+  auto const picture = surface.picture();
+  return picture.get(4, 4).red() == 255 && picture.get(0, 0).red() == 0;
+}
+#endif
+
+#ifdef CONSUMER_PNG
+bool keepsPng()
+{
+  gxPelBuffer<unsigned char> pels(2, 1);
+  pels.put(0, 0, 7);
+  pels.put(1, 0, 200);
+  gfWritePng("consumer.png", pels);
+  auto const back = gfReadPngGrey("consumer.png");
+  std::remove("consumer.png");
+  return back.get(0, 0) == 7 && back.get(1, 0) == 200;
+}
+#endif
+
+int failures = 0;
+void check(bool good, char const *what)
+{
+  if (!good) {
+    std::cerr << what << '\n';
+    ++failures;
+  }
+}
+
 }  // namespace
 
 int main()
 {
-  if (!throwsSingular()) {
-    std::cerr << "an exception of the library was not caught by its type\n";
-    return 1;
-  }
-  std::cout << "ok\n";
+  check(throwsSingular(), "an exception of the library was not caught by its type");
+  check(records(), "a tablet without a scope recorded nothing");
+#ifdef CONSUMER_PELS
+  check(shows(), "the drawing is not in the picture");
+#endif
+#ifdef CONSUMER_PNG
+  check(keepsPng(), "a PNG file did not come back as it was written");
+#endif
+  return failures;
 }

@@ -1,10 +1,11 @@
-// Every link inside the documents of the repository leads somewhere.
+// The documents of the repository: links lead somewhere, and what is shown as code is the code that is built.
 
 #include <gtest/gtest.h>
 
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -110,6 +111,20 @@ TEST(Documents, brokenLinksAreSeen)
   EXPECT_FALSE(leadsSomewhere(readme, "docs/architecture.md#no-such-heading"));
   EXPECT_FALSE(leadsSomewhere(readme, "docs/no-such-file.md"));
   EXPECT_FALSE(leadsSomewhere(readme, "#no-such-heading"));
+}
+
+std::string content(fs::path const &path)
+{
+  std::ifstream in(path);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(Documents, theExampleOfTheReadmeIsTheOneThatIsBuilt)
+{
+  fs::path const root = GX_SOURCE_ROOT;
+  auto const example = content(root / "examples/first_picture.cpp");
+  ASSERT_FALSE(example.empty());
+  EXPECT_NE(content(root / "README.md").find("```cpp\n" + example + "```\n"), std::string::npos);
 }
 
 }  // namespace

@@ -188,6 +188,13 @@ TEST_F(MadeUpHouse, readsIncludesHoweverTheyAreSpaced)
   EXPECT_EQ(includes[1].line, 5);
 }
 
+TEST_F(MadeUpHouse, allowsForeignHeadersThatAreAskedForFirst)
+{
+  std::ofstream(root_ / "low/asks.h") << "#if __has_include(<sys/types.h>)\n#include <sys/types.h>\n#endif\n"
+                                         "#if __has_include(<sys/stat.h>)\n#include <unistd.h>\n#endif\n";
+  EXPECT_THAT(foreignHeaders(files(), floors(), 2), ElementsAre(HasSubstr("low/asks.h:5: <unistd.h>")));
+}
+
 TEST(FloorTable, refusesRowsThatItDoesNotUnderstand)
 {
   for (auto const *text : {"1 a/\nfoundation/ 1\n", "1 a/\n2\n"}) {

@@ -44,7 +44,7 @@ std::optional<Include> parseInclude(std::string_view line)
   auto const end = line.find(quoted ? '"' : '>', 1);
   if (end == std::string_view::npos)
     return {};
-  return Include{0, std::string(line.substr(1, end - 1)), quoted};
+  return Include{.name = std::string(line.substr(1, end - 1)), .quoted = quoted};
 }
 
 File readFile(fs::path const &path)
@@ -53,10 +53,11 @@ File readFile(fs::path const &path)
   if (!in)
     throw std::runtime_error("cannot read " + path.string());
   File file;
-  for (std::string line; std::getline(in, line);) {
+  for (std::string line, previous; std::getline(in, line); previous = line) {
     ++file.lines;
     if (auto include = parseInclude(line)) {
       include->line = file.lines;
+      include->askedFor = previous == "#if __has_include(<" + include->name + ">)";
       file.includes.push_back(std::move(*include));
     }
   }
@@ -231,7 +232,7 @@ Faults foreignHeaders(Files const &files, FloorTable const &floors, int upToFloo
   forEachInclude(files, false, [&](std::string const &path, Include const &include) {
     bool const standard = include.name.find_first_of("./") == std::string::npos;
     bool const instructions = include.name.ends_with("intrin.h") && (path.ends_with(".cpp") || isPrivateHeader(path));
-    if (!standard && !instructions && floors.floorOf(path).value_or(0) <= upToFloor)
+    if (!standard && !instructions && !include.askedFor && floors.floorOf(path).value_or(0) <= upToFloor)
       faults.push_back(place(path, include) + "<" + include.name + "> is no header of the standard library of C++");
   });
   return faults;

@@ -19,9 +19,10 @@ namespace house
 
 /// One `#include` line.
 struct Include {
-  int line = 0;        ///< from 1
-  std::string name;    ///< what stands between the quotes or the angle brackets
-  bool quoted = true;  ///< "name" as opposed to <name>
+  int line = 0;           ///< from 1
+  std::string name;       ///< what stands between the quotes or the angle brackets
+  bool quoted = true;     ///< "name" as opposed to <name>
+  bool askedFor = false;  ///< `#if __has_include(<name>)` stands in the line before
 };
 
 /// One source or header.
@@ -65,8 +66,9 @@ Faults unplacedFiles(Files const &, FloorTable const &);
 Faults higherFloors(Files const &, FloorTable const &);
 /// Quoted includes that name no file from the root of the repository.
 Faults unknownTargets(Files const &);
-/// Angle includes of anything but the standard library, in files up to the given floor. Sources and private
-/// headers may include the compiler's headers of vector instructions, `*intrin.h`.
+/// Angle includes of anything but the standard library, in files up to the given floor. Free are headers that
+/// the line before asks for with `__has_include`, and, in sources and private headers, those of the compiler for vector
+/// instructions, `*intrin.h`.
 Faults foreignHeaders(Files const &, FloorTable const &, int upToFloor);
 /// Public headers that include a private one.
 Faults privateInPublic(Files const &);

@@ -22,14 +22,14 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 /// First and second derivative by the parameter at the start (or end) of a curve of a spline, from its control points.
 gxVector<2> first(gxCubicSpline const &s, long i, bool atEnd)
 {
-  auto const &p = s.bezierCurve(i).controlPoints();
+  gxBezierCurve::Points const p = s.bezierCurve(i).controlPoints();
   double const h = s.intervals()[static_cast<std::size_t>(i)];
   return (atEnd ? p[3] - p[2] : p[1] - p[0]) * (3.0 / h);
 }
 
 gxVector<2> second(gxCubicSpline const &s, long i, bool atEnd)
 {
-  auto const &p = s.bezierCurve(i).controlPoints();
+  gxBezierCurve::Points const p = s.bezierCurve(i).controlPoints();
   double const h = s.intervals()[static_cast<std::size_t>(i)];
   return (atEnd ? p[3] - p[2] * 2.0 + p[1] : p[2] - p[1] * 2.0 + p[0]) * (6.0 / (h * h));
 }

@@ -22,9 +22,11 @@ std::int64_t ceilDiv(std::int64_t a, std::int64_t b)
 // The minor coordinate of step i is the floor of (2 rise i + length - 1) / (2 length). A stretch of steps finds it by
 // adding a slope in fixed point, of which both the start and the slope are rounded up. After n steps the sum is too
 // large by less than (n + 1) / 2^fraction, while the true value lies at least 1 / (2 length) >= 2^-31 below the next
-// whole number: with fewer than 2^15 steps the floor is exact.
+// whole number: with fewer than 2^15 steps the floor is exact. At step 0 the start is a little less than one half, and
+// any value from 1/2 - 1/(2 length) that the errors do not bring up to 1/2 serves as well: `start` for every length.
 constexpr int fraction = 46;
 constexpr std::int64_t stretch = std::int64_t(1) << 14;
+constexpr std::int64_t start = (std::int64_t(1) << (fraction - 1)) - (std::int64_t(1) << 15);
 
 /// a * 2^fraction / b, rounded up, for |a| <= b <= 2^31.
 std::int64_t fixedRatio(std::int64_t a, std::int64_t b)
@@ -125,8 +127,8 @@ void gx_PelLine::drawSteps(gx_PelCanvas &canvas, std::int64_t begin, std::int64_
   gxPackedRGB32Pel *p = steep_ ? canvas.address(narrow(firstMinor), narrow(firstMajor))
                                : canvas.address(narrow(firstMajor), narrow(firstMinor));
   gxPackedRGB32Pel const value = canvas.value();
-  std::int64_t place = 0;
-  if (rise_ != 0)
+  std::int64_t place = start;
+  if (begin != 0 && rise_ != 0)
     place = fixedRatio(2 * rise_ * begin + length_ - 1 - (firstMinor - minor_) * 2 * length_, 2 * length_);
   std::int64_t const slope = slope_;
   for (std::int64_t i = begin; i < end; ++i) {

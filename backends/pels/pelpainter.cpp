@@ -97,7 +97,11 @@ gxVector<2> gxPelScope::Painter::pelOf(gxPoint const &p) const
 {
   if (!(std::abs(p.x()) < numbered && std::abs(p.y()) < numbered))
     return placeOf(p);
-  return gxVector<2>(static_cast<double>(scope_.xCoord(p)), static_cast<double>(scope_.yCoord(p)));
+  // As xCoord() and yCoord() do, without two calls.
+  if (&p == &scope_.drawPoint())
+    return {static_cast<double>(scope_.drawX()), static_cast<double>(scope_.drawY())};
+  return {static_cast<double>(gf_nudgedFloor(p.x()) - scope_.org().x()),
+          static_cast<double>(gf_nudgedFloor(p.y()) - scope_.org().y())};
 }
 
 gxVector<2> gxPelScope::Painter::placeOf(gxVector<2> const &p) const
@@ -125,12 +129,12 @@ std::vector<gxVector<2>> gxPelScope::Painter::placesOf(std::span<gxVector<2> con
 
 gx_PelBox gxPelScope::Painter::clip() const
 {
-  if (scope_.isNull())
+  if (!scope_.screen_)
     return {};
-  gxUIRect seen(gxPair<long>(), scope_.size());
-  if (!scope_.displayClipRect().isNull())
-    seen = seen & (scope_.displayClipRect() - scope_.org());
-  return gf_pelBox(seen);
+  gx_PelBox const whole{0, 0, static_cast<std::int32_t>(scope_.size_.x()), static_cast<std::int32_t>(scope_.size_.y())};
+  if (scope_.displayClipRect().isNull())
+    return whole;
+  return whole & gf_pelBox(scope_.displayClipRect() - scope_.org());
 }
 
 gx_PelCanvas gxPelScope::Painter::canvas(gxPackedRGB32Pel value) const

@@ -231,10 +231,14 @@ void gf_strokeLines(gx_PelCanvas &canvas, std::span<gxVector<2> const> points, b
 {
   if (canvas.clip().isEmpty())
     return;
+  if (points.size() == 2 && pen.isThin() && !closed) {
+    gf_drawPelLine(canvas, points[0], points[1], pen.dash);
+    return;
+  }
   std::size_t begin = 0;
   bool whole = true;
   for (std::size_t i = 0; i < points.size(); ++i) {
-    if (gf_isDrawable(points[i]))
+    if (pen.isThin() ? points[i].isFinite() : gf_isDrawable(points[i]))
       continue;
     strokeRun(canvas, points.subspan(begin, i - begin), false, pen);
     begin = i + 1;

@@ -1,6 +1,7 @@
 // Shapes in archives: every class comes back equal, alone and shared in trees; what no constructor would accept is
 // refused while loading.
 
+#include "foundation/affinerect.h"
 #include "foundation/archive.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
@@ -68,6 +69,7 @@ std::vector<Shape> oneOfEach()
       new gxRect,
       new gxRect({1, 2}, {-3, 4}),
       new gxGenRect({1, 2}, gxMatrix<2>(1, 2, 3, 4), {0.25, 1}),
+      new gxAffineRectangle({1, 2}, {3, 5}, {-1, 4}),
       ellipse.clone(),
       new gxEllipseArc2(ellipse, gxRadian(1), gxRadian(-2)),
       ring.clone(),

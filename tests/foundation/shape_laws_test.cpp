@@ -1,6 +1,7 @@
 // The laws of shapes over a table of plain shapes, chains of them and elliptical arcs.
 
 #include "tests/foundation/shape_laws.h"
+#include "foundation/affinerect.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse2.h"
 #include "foundation/ellipseannulus.h"
@@ -79,6 +80,10 @@ std::vector<Row> rows()
       roundedSquare(gxXform<2>(gxMatrix<2>(gxRadian(0.4), gxRadian(0.4), 2, 1), {0, 0}), {1, 0.25}));
   add("mirrored ellipse as rectangle", new gxGenRect({-1, 0}, mirrored, {1, 1}),
       roundedSquare(gxXform<2>(mirrored, {-1, 0}), {1, 1}));
+  Chain const slanted = {{1, 1}, {4, 2}, {3, 4}, {0, 3}};
+  add("affine rectangle", new gxAffineRectangle({1, 1}, {4, 2}, {0, 3}), closed(slanted));
+  add("mirrored affine rectangle", new gxAffineRectangle({1, 1}, {0, 3}, {4, 2}),
+      closed({{1, 1}, {0, 3}, {3, 4}, {4, 2}}));
   add("circle", new gxCircle({2, -1}, 1.5), ellipse({2, -1}, {1.5, 1.5}, 0, 0, 2 * pi));
   add("ellipse", new gxEllipse2({3, 1}, gxRadian(0.5), {1, 1}, true, gxRadian(0.8)),
       ellipse({1, 1}, {3, 1}, 0.5, 0.8, 2 * pi));

@@ -84,6 +84,7 @@ bool Shuffles::make(Positions const &columns, long sourceBytes, long unitBytes)
   if (sourceBytes < window)
     return false;
   offsets.clear();
+  offsets.reserve((count + perUnit - 1) / perUnit);
   picks.assign((count + perUnit - 1) / perUnit * unitBytes, pickZero);
   unsigned char *pick = picks.data();
   for (long i = 0; i < count; i += perUnit) {

@@ -43,13 +43,24 @@ class View : public gxUITablet
 
   void drawing(Drawing d) { drawing_ = std::move(d); }
   void frame(gxColor const &color) { frame_ = color; }
-  long drawCalls() const { return static_cast<long>(drawing_.size()); }
+  /// Records in the sketch: one for each operation that was drawn while recording.
+  long records() const { return records_; }
 
-  /// Draws the drawing, which a recording tablet records.
+  /// Draws the drawing; a tablet that records has its records in the sketch then, and nothing else.
   void drawAll()
   {
+    if (recordOn()) {
+      sketch().erase();
+      records_ = static_cast<long>(drawing_.size());
+    }
     for (auto const &operation : drawing_)
       operation(*this);
+  }
+  void record()
+  {
+    recordOn().push(true);
+    drawAll();
+    recordOn().pop();
   }
 
  protected:
@@ -73,6 +84,7 @@ class View : public gxUITablet
   gxPelBuffer<unsigned char> camera_;
   Drawing drawing_;
   gxColor frame_;
+  long records_ = 0;
 };
 
 /// Writes numbered pictures and tells of each in a line.
@@ -81,23 +93,21 @@ class Pages
  public:
   Pages(gxPelSurface &surface, std::filesystem::path folder) : surface_(surface), folder_(std::move(folder)) {}
 
-  /// Paints by @p work, and stores what the operator sees then. @p sketch, if given, holds what was recorded on the
-  /// way.
+  /// Paints by @p work, and stores what the operator sees then. Told with it: what the sketch of
+  /// @p recorder holds.
   template <class Work>
-  void show(char const *name, char const *what, Work const &work, gxUISketch const *sketch = nullptr, long records = 0)
+  void show(char const *name, char const *what, View const &recorder, Work const &work)
   {
     auto const start = std::chrono::steady_clock::now();
     work();
     auto const picture = surface_.picture();
     std::chrono::duration<double, std::milli> const took = std::chrono::steady_clock::now() - start;
-    char number[8];
+    char number[16];
     std::snprintf(number, sizeof number, "%02d_", ++number_);
     std::string const file = (folder_ / (std::string(number) + name + extension)).string();
     write(file, picture);
-    std::printf("%-34s %-62s", file.c_str(), what);
-    if (sketch)
-      std::printf(" %4ld records, %6ld bytes,", records, sketch->size());
-    std::printf(" %6.2f ms\n", took.count());
+    std::printf("%-26s %-60s %3ld records, %5ld bytes, %6.2f ms\n", file.c_str(), what, recorder.records(),
+                recorder.sketch().size(), took.count());
   }
 
  private:
@@ -133,14 +143,9 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   Drawing const result = inspectionResult(camera.size());
 
   View root(surface, camera, {});
-  pages.show("camera", "a camera picture on the image layer", [&] { root.visible(true); });
-
+  pages.show("camera", "a camera picture on the image layer", root, [&] { root.visible(true); });
   root.drawing(result);
-  root.recordOn().push(true);
-  pages.show(
-      "overlay", "the result of a vision tool on the overlay, recorded", [&] { root.drawAll(); }, &root.sketch(),
-      root.drawCalls());
-  root.recordOn().pop();
+  pages.show("overlay", "the result of a vision tool on the overlay, recorded", root, [&] { root.record(); });
 
   // Two windows on the same picture: one enlarged on a corner, one turned and made small.
   gxPair<long> const size = camera.size();
@@ -154,12 +159,12 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   turned.frame(gxColor::cyanColor());
   turned.baseMap(gxXform<2>(gxMatrix<2>(gxRadian(0.5), gxRadian(0.5), 0.45, 0.3),
                             gxVector<2>(0.16 * double(size.x()), -0.03 * double(size.y()))));
-  pages.show("two_kids", "two tablets on it: threefold, and turned with unequal scales", [&] {
+  pages.show("two_kids", "two tablets on it: threefold, and turned with unequal scales", root, [&] {
     zoomed.visible(true);
     turned.visible(true);
   });
-  pages.show("restacked", "the rear one brought to the front", [&] { zoomed.front(); });
-  pages.show("moved", "and moved: what was behind it repaints itself", [&] {
+  pages.show("restacked", "the rear one brought to the front", root, [&] { zoomed.front(); });
+  pages.show("moved", "and moved: what was behind it repaints itself", root, [&] {
     zoomed.moveRel({size.x() * 2 / 5, size.y() * 3 / 8});
     // The root has painted what came free. An update brings back what is stacked above that.
     root.update(image);
@@ -167,11 +172,15 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   });
 
   View chart(root, gxUIRect(gxPair<long>(), size), {}, penChart());
-  chart.recordOn().push(true);
-  pages.show("pens", "widths and styles of lines, joins and caps", [&] { chart.visible(true); });
+  pages.show("pens", "widths and styles of lines, joins and caps", chart, [&] {
+    chart.visible(true);
+    chart.record();
+  });
   chart.drawing(shapeChart());
-  chart.baseMap(gxXform<2>(gxMatrix<2>(double(size.x()) / 640, 0, 0, double(size.y()) / 480), {}));
-  pages.show("shapes", "shapes: thin, wide and filled", [&] {});
+  pages.show("shapes", "shapes: thin, wide and filled", chart, [&] {
+    chart.baseMap(gxXform<2>(gxMatrix<2>(double(size.x()) / 640, 0, 0, double(size.y()) / 480), {}));
+    chart.record();
+  });
 
   gxUITablet::scratchPad.sketch().erase();
   for (auto const &operation : result)

@@ -83,7 +83,9 @@ TEST(Exceptions, PassThroughArchivesWithTheirTexts)
     gxPersistent::serializePointer(in, nullptr, passed);
     std::unique_ptr<gxPersistent> const loaded(passed);
     expectRow(dynamic_cast<gxException &>(*loaded), row);
-    EXPECT_EQ(typeid(*loaded), typeid(*row.exception));
+    gxPersistent const &loadedObject = *loaded;
+    gxException const &storedObject = *row.exception;
+    EXPECT_EQ(typeid(loadedObject), typeid(storedObject));
     if (auto const *const e = dynamic_cast<gxArchive::UnknownVersion *>(passed)) {
       EXPECT_EQ(e->line(), row.message.ends_with("12") ? 12 : 0);
       EXPECT_EQ(e->file(), row.message.ends_with("12") ? "dispc/lamp" : "");
@@ -105,7 +107,8 @@ TEST(Exceptions, SuicideAndRethrowThrowsTheSameClassAndContent)
     try {
       dynamic_cast<gxException &>(*copy).suicideAndRethrow();
     } catch (gxException const &e) {
-      EXPECT_EQ(typeid(e), typeid(*row.exception));
+      gxException const &original = *row.exception;
+      EXPECT_EQ(typeid(e), typeid(original));
       expectRow(e, row);
     }
   }

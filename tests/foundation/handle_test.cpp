@@ -105,10 +105,10 @@ TEST_F(Handles, NullIsCheckedAtEachDereference)
   EXPECT_EQ(null, nullptr);
   EXPECT_EQ(null, Handle(static_cast<Thing *>(nullptr)));
   EXPECT_EQ(null.rep(), nullptr);
-  EXPECT_THROW(null->value, gxBadPointer);
-  EXPECT_THROW(*null, gxBadPointer);
-  EXPECT_THROW(constNull->value, gxBadPointer);
-  EXPECT_THROW(*constNull, gxBadPointer);
+  EXPECT_THROW((void)null->value, gxBadPointer);
+  EXPECT_THROW((void)*null, gxBadPointer);
+  EXPECT_THROW((void)constNull->value, gxBadPointer);
+  EXPECT_THROW((void)*constNull, gxBadPointer);
 }
 
 TEST_F(Handles, TheCountIsNotCopiedWithTheObject)

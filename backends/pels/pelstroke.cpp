@@ -330,7 +330,7 @@ void gf_strokeContour(gx_PelCanvas &canvas, std::vector<gx_Piece> const &pieces,
   };
   double length = 0.0;
   for (gx_Piece const &piece : pieces) {
-    auto const at = static_cast<std::int64_t>(std::min(length, 0x1p53));
+    auto const at = static_cast<std::int64_t>(length < 0x1p53 ? length : 0x1p53);  // also of a length that is no number
     if (auto const *const arc = std::get_if<gx_ArcPiece>(&piece))
       gf_drawPelArc(canvas, *arc, pen.dash, length);
     else

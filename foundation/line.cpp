@@ -9,7 +9,7 @@ GX_SHAPE_IMPL(gxLine, gxShape)
 
 void gxLine::passFields_(gxArchive &archive)
 {
-  archive || dir_ || pos_;
+  archive || pos_ || dir_;
 }
 
 gxRadian gxLine::angle() const

@@ -35,6 +35,7 @@
 #include "foundation/ellipsearc2.h"
 #include "foundation/exception.h"
 #include "foundation/export.h"
+#include "foundation/failure.h"
 #include "foundation/fline.h"
 #include "foundation/genannulus.h"
 #include "foundation/genrect.h"

@@ -77,7 +77,9 @@ class GX_API gxUISketch
       prepareRecord(props, n);
     unsigned char *const at = bytes_ + size_;
     size_ += static_cast<std::int32_t>(gf_sketchHeadSize + n);
-    return writeHead(at, static_cast<signed char>(code), static_cast<signed char>(layer), color);
+    // The head has a byte for the layer: one that does not fit stays out of range, rather than become a good one.
+    return writeHead(at, static_cast<signed char>(code), static_cast<signed char>(std::clamp(layer, -128L, 127L)),
+                     color);
   }
 
   /// The end.

@@ -31,7 +31,9 @@ std::string unknownVersionText(char const *file, long line)
 {
   std::string text = "a version that this release does not know";
   if (file)
-    text += std::string(", met by ") + file + " in line " + std::to_string(line);
+    text += std::string(", met by ") + file;
+  if (file && line > 0)
+    text += " in line " + std::to_string(line);
   if (gxArchive const *const archive = archiveInUse(); archive && archive->isLoading())
     text += ", at byte " + std::to_string(archive->position());
   return text;

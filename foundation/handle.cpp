@@ -2,6 +2,7 @@
 
 #include "foundation/exception.h"
 
+#include <new>
 #include <vector>
 
 namespace
@@ -10,6 +11,15 @@ namespace
 // The nested deletions of a thread; lives in the frame of the outermost one.
 struct Deletions {
   static constexpr int maxDepth = 500;
+
+  // False without memory for the note; then the stack has to do.
+  bool postpone(gxRepBase const *rep)
+  try {
+    postponed.push_back(rep);
+    return true;
+  } catch (std::bad_alloc const &) {
+    return false;
+  }
 
   int depth = 0;
   std::vector<gxRepBase const *> postponed;
@@ -43,10 +53,8 @@ void gx_PtrHandleBase_RepAccessor::destroy(gxRepBase const *rep) noexcept
 {
   if (!deletions)
     destroyOutermost(rep);
-  else if (deletions->depth < Deletions::maxDepth)
+  else if (deletions->depth < Deletions::maxDepth || !deletions->postpone(rep))
     destroyNested(rep);
-  else
-    deletions->postponed.push_back(rep);
 }
 
 void gf_throwBadPointer()

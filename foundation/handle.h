@@ -3,6 +3,7 @@
 #include "foundation/export.h"
 
 #include <atomic>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -21,22 +22,25 @@ inline bool gf_hasOneThread()
 #endif
 }
 
-/// Atomic change of a reference count; both return the new count.
-inline std::int32_t gfInterlockedIncrement(std::int32_t *count)
+/// Atomic change of a reference count, of any signed type (`long` for those that clients keep, 32 bits for those of
+/// gxRepBase); both return the new count.
+template <std::signed_integral Count>
+Count gfInterlockedIncrement(Count *count)
 {
   std::atomic_ref const shared(*count);
   if (!gf_hasOneThread())
-    return shared.fetch_add(1, std::memory_order_relaxed) + 1;
-  std::int32_t const next = shared.load(std::memory_order_relaxed) + 1;
+    return static_cast<Count>(shared.fetch_add(1, std::memory_order_relaxed) + 1);
+  Count const next = static_cast<Count>(shared.load(std::memory_order_relaxed) + 1);
   shared.store(next, std::memory_order_relaxed);
   return next;
 }
-inline std::int32_t gfInterlockedDecrement(std::int32_t *count)
+template <std::signed_integral Count>
+Count gfInterlockedDecrement(Count *count)
 {
   std::atomic_ref const shared(*count);
   if (!gf_hasOneThread())
-    return shared.fetch_sub(1, std::memory_order_acq_rel) - 1;
-  std::int32_t const next = shared.load(std::memory_order_relaxed) - 1;
+    return static_cast<Count>(shared.fetch_sub(1, std::memory_order_acq_rel) - 1);
+  Count const next = static_cast<Count>(shared.load(std::memory_order_relaxed) - 1);
   shared.store(next, std::memory_order_relaxed);
   return next;
 }
@@ -178,3 +182,9 @@ class gxPtrHandle : public gxPtrHandle_const<T>
   T &operator*() const { return *this->checked(); }
   T *operator->() const { return this->checked(); }
 };
+
+/// The handles by the names of their bases: code that is written against a base takes the handles themselves.
+template <class T>
+using gxPtrHandleBase_const = gxPtrHandle_const<T>;
+template <class T>
+using gxPtrHandleBase = gxPtrHandle<T>;

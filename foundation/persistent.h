@@ -37,7 +37,13 @@ class GX_API gxPersistent
   gxPersistent() = default;
   /// What an archive knows of an object is not copied with it.
   gxPersistent(gxPersistent const &) {}
-  gxPersistent &operator=(gxPersistent const &) { return *this; }
+  /// Copies nothing, but reports the change, as every setter does: the assignment of a class comes here before it
+  /// touches a field of its own.
+  gxPersistent &operator=(gxPersistent const &)
+  {
+    mutating();
+    return *this;
+  }
   /// Inline, as millions of small shapes come and go that no archive ever sees.
   virtual ~gxPersistent()
   {

@@ -252,7 +252,8 @@ TEST_P(Refused, IsRecordedAndNotDrawn)
   tablet.draw(gxRect({1, 2}, {3, 4}), gxGraphicProps(), GetParam().layer);
   EXPECT_TRUE(log.lines.empty());
   EXPECT_EQ(tablet.sketch().size(), 8 + 24 + 8 + 32);
-  EXPECT_EQ(tablet.sketch().bytes()[1], static_cast<unsigned char>(GetParam().layer));
+  // A layer that does not fit into the byte must not become a good one.
+  EXPECT_EQ(static_cast<signed char>(tablet.sketch().bytes()[1]), std::clamp<int>(GetParam().layer, -128, 127));
   tablet.recordOn() = false;
   tablet.draw(gxCircle({1, 2}, 3), gxGraphicProps(), GetParam().layer);
   EXPECT_EQ(tablet.sketch().size(), 72);
@@ -265,6 +266,8 @@ std::vector<Refusal> refusals()
           {"overlayOff", [](gxUITablet &t, LogScope &) { t.drawOnOverlay() = false; }, overlay},
           {"bothLayers", [](gxUITablet &, LogScope &) {}, gxUITablet::both},
           {"layer3", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(3)},
+          {"layer256", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(256)},
+          {"layer257", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(257)},
           {"negative", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(-1)},
           {"noScope", [](gxUITablet &t, LogScope &) { t.setScope(image, nullptr, false); }, image},
           {"noSurface", [](gxUITablet &, LogScope &s) { s.null(true); }, image}};

@@ -1,4 +1,6 @@
 #include "foundation/archive.h"
+#include "foundation/circle.h"
+#include "foundation/xformbase.h"
 #include "tests/foundation/archive_nodes.h"
 
 #include <algorithm>
@@ -166,6 +168,27 @@ TEST_F(Archive, AChangedObjectIsStoredAnew)
   EXPECT_TRUE(w == x && y == z && !(x == y));
   EXPECT_EQ(w->id(), 1);
   EXPECT_EQ(y->id(), 2);
+}
+
+// Assignments report too, those that the compiler writes included.
+TEST_F(Archive, AnAssignedObjectIsStoredAnew)
+{
+  gxPtrHandle<gxCircle> const shape(new gxCircle({1, 2}, 3));
+  gxPtrHandle<gx2XformLinear> const map(new gx2XformLinear(gxMatrix<2>(), gxVector<2>(1, 0)));
+  {
+    gxStoringArchive out(stream);
+    out << shape << map;
+    *shape = gxCircle({4, 5}, 6);
+    *map = gx2XformLinear(gxMatrix<2>(), gxVector<2>(2, 0));
+    out << shape << map;
+  }
+  gxPtrHandle<gxCircle> a, b;
+  gxPtrHandle<gx2XformLinear> c, d;
+  gxLoadingArchive(stream) || a || c || b || d;
+  EXPECT_EQ(a->radius(), 3);
+  EXPECT_EQ(b->radius(), 6);
+  EXPECT_EQ(c->xform().translation().x(), 1);
+  EXPECT_EQ(d->xform().translation().x(), 2);
 }
 
 TEST_F(Archive, ALoadingArchiveLetsGoOfAChangedObjectButFindsItWhileItLives)

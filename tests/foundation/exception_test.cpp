@@ -1,7 +1,9 @@
 #include "foundation/exception.h"
 
 #include "foundation/archive.h"
+#include "foundation/failure.h"
 #include "foundation/matherror.h"
+#include "foundation/shapeserror.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -156,10 +158,33 @@ TEST(Exceptions, AnUnknownVersionTellsTheByteOfTheArchiveInUse)
   } catch (gxArchive::UnknownVersion const &e) {
     EXPECT_EQ(e.file(), "Family::Cracked");
     EXPECT_EQ(e.line(), 0);
-    EXPECT_THAT(e.message(), testing::EndsWith("met by Family::Cracked in line 0, at byte 9"));
+    EXPECT_THAT(e.message(), testing::EndsWith("met by Family::Cracked, at byte 9"));
   }
   EXPECT_THAT(gxArchive::UnknownVersion("a", 1).message(), testing::EndsWith("at byte 9"));
   std::stringstream other(stream.str());
   gxLoadingArchive second(other);
   EXPECT_THAT(gxArchive::UnknownVersion("a", 1).message(), testing::EndsWith("in line 1")) << "which of the two?";
+}
+
+// The way through a number keeps the class, for every exception of the families of this floor.
+TEST(Exceptions, AFailureCodeThrowsTheExceptionOfItsNumber)
+{
+  auto const thrown = [](long code) -> std::string {
+    try {
+      gfThrowExceptionOnFailure(code);
+    } catch (gxException const &e) {
+      return e.what();
+    }
+    return "";
+  };
+  EXPECT_EQ(thrown(0) + thrown(1) + thrown(0x10001201), "") << "no failure";
+  gxShapesError::SampleOverflow overflow;
+  gxMathError::Singular singular;
+  for (gxException const *e : std::initializer_list<gxException const *>{&overflow, &singular}) {
+    EXPECT_LT(gfFailureCode(*e), 0);
+    EXPECT_EQ(thrown(gfFailureCode(*e)), e->what());
+    EXPECT_EQ(thrown(gfFailureCode(*e) & 0xffffffffL), e->what()) << "as an unsigned word";
+  }
+  EXPECT_THROW(gfThrowExceptionOnFailure(gfFailureCode(gxBadPointer())), gxBadPointer);
+  EXPECT_THAT(thrown(-5), HasSubstr("failure code -5"));
 }

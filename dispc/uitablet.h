@@ -378,6 +378,42 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxUIRect textRect(std::string const &text, gxPoint const &p, gxUIFormat const &format, gxUIRect &rect, Layers layer);
   ///@}
 
+  /// @name Dragging
+  /// For animations: what is drawn between dragStart() and dragStop() makes an image of its own above the layer, as far
+  /// as the surface can do that. A client moves it by setting dragDel() and drawing again. Nothing is recorded; nothing
+  /// happens on a layer without a surface. One layer: others throw gxUIError::BadLayer.
+  ///@{
+  void dragStart(Layers layer);
+  void dragStop(Layers layer);
+  void dragErase(Layers layer);             ///< takes the image off the surface
+  void dragAnimate(bool on, Layers layer);  ///< shows the next frame
+  ///@}
+
+  /// @name Holding back the screen
+  /// Between push and pop, drawing reaches the surface, but the screen may keep what it shows. Locks nest.
+  ///@{
+  /// Layers other than image, overlay and both throw gxUIError::BadLayer; a layer without a scope is left out.
+  void lockScreenUpdatesPush(bool lock, Layers layers);
+  void lockScreenUpdatesPop(Layers layers);
+  /// False for a layer without a surface. Throws gxUIError::BadLayer for layers other than image and overlay.
+  bool screenUpdatesLocked(Layers layer) const;
+  /// Tells the scope that a batch of small operations begins or ends. Throws gxUIError::BadLayer for layers other than
+  /// image and overlay.
+  void optimizeDrawing(bool on, Layers layer);
+  ///@}
+
+  /// @name Change tracking
+  /// A client that shows a drawing by other means asks which pels have changed. While that is on, scopes without a
+  /// surface take part in drawing, and only collect rectangles.
+  ///@{
+  bool recordChanges() const;  ///< on for some layer
+  /// Switching on starts anew with nothing.
+  void recordChanges(bool on);
+  /// What changed since recordChanges(true): the box on the image layer in @p rects[0], on the overlay in @p rects[1],
+  /// null without a scope. Tracking goes on only if @p keepOn.
+  void getChanges(gxUIRect *rects, bool keepOn);
+  ///@}
+
   /// A tablet without a display, on which a client can record, from its static initialisers on.
   static gxUITablet &scratchPad;
 
@@ -435,6 +471,7 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxUITablet &root();
   bool isBelow(gxUITablet const &other) const;
   gxUIScope *scopeAt(Layers layer) const;
+  gxUIScope *activeSurface(Layers layer) const;
   void unlink();
   void unlinkKids();
   void deleteScope(int layer);
@@ -446,8 +483,6 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxPair<long> scopesSize() const;
   bool hide();
   bool show();
-  void lockScreen(Layers layers);
-  void unlockScreen(Layers layers);
   void stampDrawn();
   void stampDrawnIfOther();
   void stampRedrawn();

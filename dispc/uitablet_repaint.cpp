@@ -50,20 +50,6 @@ gxUITablet::Layers gxUITablet::updateLayers(Layers layers)
   return std::exchange(updateLayers_, layers);
 }
 
-void gxUITablet::lockScreen(Layers layers)
-{
-  for (Layers const layer : gf_eachLayer)
-    if (shouldUpdate(layer, layers) && activeScope_[layer])
-      activeScope_[layer]->lockScreenUpdatesPush(true);
-}
-
-void gxUITablet::unlockScreen(Layers layers)
-{
-  for (Layers const layer : gf_eachLayer)
-    if (shouldUpdate(layer, layers) && activeScope_[layer])
-      activeScope_[layer]->lockScreenUpdatesPop();
-}
-
 /// A drawing on this tablet that is the latest of all.
 void gxUITablet::stampDrawn()
 {
@@ -82,11 +68,11 @@ void gxUITablet::redraw(Layers layer)
     return;
   gf_needLayers(layer);
   recordOn_.push(false);
-  lockScreen(layer);
+  lockScreenUpdatesPush(true, layer);
   Layers const before = updateLayers(layer);
   redraw_();
   updateLayers(before);
-  unlockScreen(layer);
+  lockScreenUpdatesPop(layer);
   recordOn_.pop();
   stampRedrawn();
 }
@@ -94,10 +80,10 @@ void gxUITablet::redraw(Layers layer)
 void gxUITablet::fullDraw(Layers layer)
 {
   gf_needLayers(layer);
-  lockScreen(layer);
+  lockScreenUpdatesPush(true, layer);
   redraw(layer);
   forEachKid([&](gxUITablet &kid) { kid.fullDraw(layer); });
-  unlockScreen(layer);
+  lockScreenUpdatesPop(layer);
 }
 
 bool gxUITablet::canDraw(Layers layer) const
@@ -135,7 +121,7 @@ void gxUITablet::update(gxUIRect const &rect, Layers layer, bool keepChange)
   gf_needSingleLayer(layer);
   if (!currentScope_[layer])
     return;
-  lockScreen(layer);
+  lockScreenUpdatesPush(true, layer);
   {
     // However the repaint ends, the clipping scope goes and drawing returns to the lasting one; inside another pass,
     // to that one's scope.
@@ -171,7 +157,7 @@ void gxUITablet::update(gxUIRect const &rect, Layers layer, bool keepChange)
       }
     }
   }
-  unlockScreen(layer);
+  lockScreenUpdatesPop(layer);
 }
 
 void gxUITablet::update(Layers layer)
@@ -179,11 +165,11 @@ void gxUITablet::update(Layers layer)
   gf_needSingleLayer(layer);
   if (!currentScope_[layer] || !visible())
     return;
-  lockScreen(layer);
+  lockScreenUpdatesPush(true, layer);
   if (currentScope_[layer]->someChanged())
     repairAbove(layer);
   forEachKid([&](gxUITablet &kid) { kid.update(layer); });
-  unlockScreen(layer);
+  lockScreenUpdatesPop(layer);
 }
 
 /// Repaints, in the pels that changed here, whatever is stacked above: the kids, the later siblings, and those of each
@@ -210,7 +196,7 @@ void gxUITablet::repairIfOlder(gxUITablet &above, gxUIRect const &rect, Layers l
 
 void gxUITablet::erase(gxUIRect const &rect, Layers layers)
 {
-  lockScreen(both);
+  lockScreenUpdatesPush(true, both);
   ++hiddenCount_;  // this tablet must not paint itself meanwhile
   for (Layers const layer : gf_eachLayer) {
     if (!shouldUpdate(layer, layers) || !modified(layer))
@@ -226,7 +212,7 @@ void gxUITablet::erase(gxUIRect const &rect, Layers layers)
       currentScope_[layer]->modified(false);
   }
   visible_(true);
-  unlockScreen(both);
+  lockScreenUpdatesPop(both);
 }
 
 void gxUITablet::erase(Layers layers)

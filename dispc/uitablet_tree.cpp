@@ -138,10 +138,10 @@ void gxUITablet::setParent(gxUITablet &newParent, gxUIRect const &rect)
     scopeRect(rect);
   if (!visible_(true))
     return;
-  lockScreen(both);
+  lockScreenUpdatesPush(true, both);
   redraw(both);
   forEachKid([](gxUITablet &kid) { kid.fullDraw(both); });
-  unlockScreen(both);
+  lockScreenUpdatesPop(both);
 }
 
 void gxUITablet::setScope(gxUIScope *imageScope, gxUIScope *overlayScope, bool own)

@@ -79,12 +79,17 @@ class LogScope : public gxUIScope
   void dragStop() override { line("dragStop"); }
   void dragErase() override { line("dragErase"); }
   void dragAnimate(bool on) override { line("dragAnimate ", on); }
-  void lockScreenUpdatesPush(bool lock) override { line("lock ", lock); }
+  void lockScreenUpdatesPush(bool lock) override
+  {
+    line("lock ", lock);
+    ++locks_;
+  }
   bool lockScreenUpdatesPop() override
   {
     line("unlock");
-    return false;
+    return --locks_ > 0;
   }
+  bool screenUpdatesLocked() const override { return locks_ > 0; }
   void optimizeDrawing(bool on) override { line("optimize ", on); }
 
   void draw(gxEllipseArc const &, gxGraphicProps const &p) override { drawn("ellipseArc", p); }
@@ -244,6 +249,7 @@ class LogScope : public gxUIScope
   ScopeLog *log_;
   std::string name_;
   gxPair<long> size_;
+  int locks_ = 0;
   bool null_ = false;
   bool quietEnd_ = false;
   bool throwing_ = false;

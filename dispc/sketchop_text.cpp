@@ -58,7 +58,7 @@ void gx_UISketchOpString::describe(Io &io, Op &op)
 {
   io("position", op.position_);
   io("background", op.background_);
-  io("format", op.format_);
+  io("", op.format_);
   describeText<char>(io, op, op.text_, op.length_);
 }
 GX_SKETCH_OP_IMPL(gx_UISketchOpString)
@@ -73,7 +73,7 @@ void gx_UISketchOpUnicodeString::describe(Io &io, Op &op)
 {
   io("position", op.position_);
   io("background", op.background_);
-  io("format", op.format_);
+  io("", op.format_);
   describeText<char16_t>(io, op, op.text_, op.length_);
 }
 GX_SKETCH_OP_IMPL(gx_UISketchOpUnicodeString)

@@ -290,9 +290,9 @@ class gx_PayloadDumper : public gx_PayloadGiver
   }
   void writeEscaped(unsigned code)
   {
-    char digits[9];
-    os_ << "\\x" << std::string_view(digits, std::to_chars(digits, digits + sizeof digits, code, 16).ptr - digits)
-        << ';';
+    char digits[8];
+    os_ << "\\x{" << std::string_view(digits, std::to_chars(digits, digits + sizeof digits, code, 16).ptr - digits)
+        << '}';
   }
   void write(bool v) { os_ << (v ? "yes" : "no"); }
   template <class T>

@@ -35,6 +35,7 @@ class gxEllipseArc;
 class gxEllipseArc2;
 class gxGenAnnulus;
 class gxGenRect;
+class gxGraphic;
 class gxLine;
 class gxLineSeg;
 class gxLineSegSet;
@@ -264,6 +265,8 @@ class GX_API gxUITablet : public gx_UITabletBase
   /// of a contour closed by lines. Classes that have no operation here are left out. Throws gxBadPointer for a null
   /// handle inside the shape.
   void draw(gxShape const &shape, gxGraphicProps const &props, Layers layer);
+  /// A graphic, by its own properties. Throws gxUIError::NotImplemented for one that is not built in.
+  void draw(gxGraphic const &graphic, Layers layer);
   ///@}
 
   /// @name Shapes told by numbers

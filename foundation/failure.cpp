@@ -1,5 +1,6 @@
 #include "foundation/failure.h"
 
+#include "foundation/flatlist.h"
 #include "foundation/matherror.h"
 #include "foundation/pelerror.h"
 #include "foundation/shapeserror.h"
@@ -47,5 +48,6 @@ void gfThrowExceptionOnFailure(long code)
   throwOneOf<S::BadParams, S::BadRadius, S::BadWeight, S::BadKnots, S::NoIntersection, S::SampleOverflow>(number);
   throwOneOf<P::Errors, P::BadCoord, P::UnboundWindow, P::BadWindow, P::BadSize, P::BadAlignment, P::BadImageFile>(
       number);
+  throwOneOf<gxDrawListError::Errors, gxDrawListError::BadRecord, gxDrawListError::NoRoom>(number);
   throw gxExceptionWithString("failure code " + std::to_string(static_cast<std::int32_t>(word)));
 }

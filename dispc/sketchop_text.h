@@ -29,6 +29,7 @@ class GX_API gx_UISketchOpString : public gx_UISketchOpData
   gxUIFormat format_;
   gx_StreamView text_;
   std::int32_t length_ = 1;
+  mutable std::string drawn_;  ///< room for the next draw
 
   GX_SKETCH_OP(gx_UISketchOpString);
 };

@@ -381,6 +381,26 @@ class GX_API gxUITablet : public gx_UITabletBase
   gxUIRect textRect(std::string const &text, gxPoint const &p, gxUIFormat const &format, gxUIRect &rect, Layers layer);
   ///@}
 
+  /// @name Sketches
+  ///@{
+  /// Plays a sketch, moved by @p offset in its own coordinates: calls again what was recorded. Records for both layers
+  /// play on @p layer, others only if they are for it; with `both`, each plays on its own. If this tablet records, the
+  /// whole sketch becomes one record. Nothing is recorded of an empty one.
+  ///
+  /// What is drawn depends on the pen as it stands, and leaves it where the last record put it; so it does with the
+  /// clip rectangle. Records without properties take those of the records before, at first the default ones. Sketches
+  /// may hold sketches as deep as recordOn() has room, one flag each; beyond that, gxUIError::FlagStackOverflow.
+  ///
+  /// Throws gxUIError::BadLayer for layers other than image, overlay and both. What a record throws (a stream that is
+  /// none: gxUIError::InvalidUISketch) ends the playback at once. The map then stays moved, recording off and the
+  /// screen locked: give them back by baseMap(), recordOn().pop() and lockScreenUpdatesPop(), or give up the tablet.
+  void draw(gxUISketch const &sketch, gxPoint const &offset, Layers layer);
+  /// The pels that the sketch would cover, clipped or not, under the map of this tablet without its pan; null for an
+  /// empty sketch or a layer without a scope. Texts are as large as the scope says; a flood fill counts as its seed.
+  /// Nothing is drawn. Throws gxUIError::BadLayer for layers other than image and overlay, and as draw() does.
+  gxUIRect encloseRect(gxUISketch const &sketch, gxPoint const &offset, Layers layer) const;
+  ///@}
+
   /// @name Dragging
   /// For animations: what is drawn between dragStart() and dragStop() makes an image of its own above the layer, as far
   /// as the surface can do that. A client moves it by setting dragDel() and drawing again. Nothing is recorded; nothing
@@ -454,6 +474,8 @@ class GX_API gxUITablet : public gx_UITabletBase
   void drawSection(gxEllipseAnnulusSection const &s, gxGraphicProps const &props, Layers layer);
   void setMap();
   void newMap();
+  void play(gxUISketch const &sketch, gxPoint const &offset, Layers layer);
+  void batch(bool on, Layers layers);
   void newScope(bool quiet);
   void parentDeleted();
   void parentScopesDeleted(Layers layer);

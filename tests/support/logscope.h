@@ -4,10 +4,16 @@
 #include "dispc/uiscope.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
+#include "foundation/ellipse2.h"
+#include "foundation/ellipsearc.h"
+#include "foundation/ellipsearc2.h"
+#include "foundation/genrect.h"
+#include "foundation/genshape.h"
 #include "foundation/lineseg.h"
 #include "foundation/pelbuf.h"
 #include "foundation/polygon.h"
 #include "foundation/polyline.h"
+#include "foundation/rlebuf.h"
 
 #include <memory>
 #include <set>
@@ -47,6 +53,8 @@ class LogScope : public gxUIScope
   void resize(gxPair<long> size) { size_ = size; }
   void null(bool on) { null_ = on; }
   void quietEnd() { quietEnd_ = true; }
+  /// Writes down every argument to the last bit, pels too; otherwise what a reader wants to see.
+  void exact(bool on) { exact_ = on; }
   /// Thrown by every drawing call while set.
   void throwing(bool on) { throwing_ = on; }
   using gxUIScope::children;
@@ -92,52 +100,80 @@ class LogScope : public gxUIScope
   bool screenUpdatesLocked() const override { return locks_ > 0; }
   void optimizeDrawing(bool on) override { line("optimize ", on); }
 
-  void draw(gxEllipseArc const &, gxGraphicProps const &p) override { drawn("ellipseArc", p); }
+  void draw(gxGenShape const &s, gxColor const &c) override
+  {
+    if (exact_)
+      drawn("genShape", {}, ' ', s.boundingBox().origin(), ' ', c);
+  }
+  void draw(gxEllipseArc const &a, gxGraphicProps const &p) override
+  {
+    drawn("ellipseArc", p, detail([&](std::ostream &os) {
+            gxEllipse const e = a.ellipse();
+            os << ' ' << e << " from " << a.start() << " span " << a.span();
+          }));
+  }
   void draw(gxEllipse const &e, gxGraphicProps const &p) override
   {
     gxEllipse::gxEllipseGeom const &g = e.geom();
-    drawn("ellipse", p, ' ', g.center, " radii ", g.radii);
+    drawn("ellipse", p, ' ', g.center, " radii ", g.radii,
+          detail([&](std::ostream &os) { os << ' ' << g.angle << ' ' << int(g.reversed); }));
   }
   void draw(gxPolygon const &s, gxGraphicProps const &p) override
   {
     drawn("polygon", p, " mode ", s.fillMode(), points(s.vertices()));
   }
-  void draw(gxRLEBuffer const &, gxPoint const &at, std::vector<gxColor> const &, bool, unsigned char) override
+  void draw(gxRLEBuffer const &b, gxPoint const &at, std::vector<gxColor> const &c, bool pass, unsigned char v) override
   {
-    drawn("icon", {}, ' ', at);
+    drawn("icon", {}, ' ', at, runs(b, c, pass, v));
   }
-  void draw(gxRLEBuffer const &, gxPoint const &at, std::vector<unsigned char> const &, bool, unsigned char) override
+  void draw(gxRLEBuffer const &b, gxPoint const &at, std::vector<unsigned char> const &map, bool pass,
+            unsigned char v) override
   {
-    drawn("runs", {}, ' ', at);
+    drawn("runs", {}, ' ', at, runs(b, map, pass, v));
   }
   void draw(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, bool pass, unsigned long v) override
   {
-    image("image32", b.size(), at, pass, v);
+    image("image32", b, at, pass, v);
   }
   void draw(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, bool pass, unsigned short v) override
   {
-    image("image16", b.size(), at, pass, v);
+    image("image16", b, at, pass, v);
   }
   void draw(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, bool pass, unsigned short v) override
   {
-    image("imageWords", b.size(), at, pass, v);
+    image("imageWords", b, at, pass, v);
   }
   void draw(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, bool pass, unsigned char v,
             bool flag) override
   {
-    image("image8", b.size(), at, pass, v, " flag ", flag);
+    image("image8", b, at, pass, v, " flag ", flag);
   }
-  void draw(std::string const &text, gxPoint const &at, gxColor const &f, gxColor const &b, gxUIFormat const &) override
+  void draw(std::string const &text, gxPoint const &at, gxColor const &f, gxColor const &b,
+            gxUIFormat const &format) override
   {
-    drawn("text", {}, ' ', text, ' ', at, ' ', f, ' ', b);
+    drawn("text", {}, ' ', text, ' ', at, ' ', f, ' ', b, detail([&](std::ostream &os) { os << ' ' << format; }));
   }
   void draw(gxPolyline const &s, gxGraphicProps const &p) override
   {
     drawn("polyline", p, s.isClosed() ? " closed" : " open", points(s.vertices()));
   }
-  void draw(gxGenRect const &, gxGraphicProps const &p) override { drawn("genRect", p); }
-  void draw(gxEllipseArc2 const &, gxGraphicProps const &p) override { drawn("ellipseArc2", p); }
-  void draw(gxEllipse2 const &, gxGraphicProps const &p) override { drawn("ellipse2", p); }
+  void draw(gxGenRect const &r, gxGraphicProps const &p) override
+  {
+    drawn("genRect", p, detail([&](std::ostream &os) { os << ' ' << r.center() << ' ' << r.matrix() << r.round(); }));
+  }
+  void draw(gxEllipseArc2 const &a, gxGraphicProps const &p) override
+  {
+    drawn("ellipseArc2", p, detail([&](std::ostream &os) {
+            gxEllipse2 const &e = a.ellipse();
+            os << ' ' << e.radii() << ' ' << e.angle() << ' ' << e.center() << ' ' << e.isRightHanded() << ' '
+               << e.phase() << " from " << a.phiStart() << " span " << a.phiSpan();
+          }));
+  }
+  void draw(gxEllipse2 const &e, gxGraphicProps const &p) override
+  {
+    drawn("ellipse2", p,
+          detail([&](std::ostream &os) { os << ' ' << e.radii() << ' ' << e.angle() << ' ' << e.center(); }));
+  }
   void draw(gxLineSeg const &s, gxGraphicProps const &p) override { drawn("lineSeg", p, ' ', s.start(), ' ', s.end()); }
   void draw(gxPoint const &s, gxGraphicProps const &p) override
   {
@@ -150,42 +186,42 @@ class LogScope : public gxUIScope
   void sample(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned long v) override
   {
-    image("sample32", b.size(), at, pass, v, " scale ", scale);
+    image("sample32", b, at, pass, v, " scale ", scale);
   }
   void sample(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned short v) override
   {
-    image("sample16", b.size(), at, pass, v, " scale ", scale);
+    image("sample16", b, at, pass, v, " scale ", scale);
   }
   void sample(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned short v) override
   {
-    image("sampleWords", b.size(), at, pass, v, " scale ", scale);
+    image("sampleWords", b, at, pass, v, " scale ", scale);
   }
   void sample(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned char v, bool flag) override
   {
-    image("sample8", b.size(), at, pass, v, " flag ", flag, " scale ", scale);
+    image("sample8", b, at, pass, v, " flag ", flag, " scale ", scale);
   }
   void expand(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned long v, InterpolationModes mode) override
   {
-    image("expand32", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+    image("expand32", b, at, pass, v, " scale ", scale, " mode ", mode);
   }
   void expand(gxPelBuffer_const<gxPackedRGB16Pel> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned short v, InterpolationModes mode) override
   {
-    image("expand16", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+    image("expand16", b, at, pass, v, " scale ", scale, " mode ", mode);
   }
   void expand(gxPelBuffer_const<unsigned short> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned short v, InterpolationModes mode) override
   {
-    image("expandWords", b.size(), at, pass, v, " scale ", scale, " mode ", mode);
+    image("expandWords", b, at, pass, v, " scale ", scale, " mode ", mode);
   }
   void expand(gxPelBuffer_const<unsigned char> const &b, gxPoint const &at, gxPair<double> const &scale, bool pass,
               unsigned char v, bool flag, InterpolationModes mode) override
   {
-    image("expand8", b.size(), at, pass, v, " flag ", flag, " scale ", scale, " mode ", mode);
+    image("expand8", b, at, pass, v, " flag ", flag, " scale ", scale, " mode ", mode);
   }
   using gxUIScope::draw;
   using gxUIScope::expand;
@@ -215,6 +251,7 @@ class LogScope : public gxUIScope
   void line(T const &...parts)
   {
     std::ostringstream os;
+    os.precision(exact_ ? 17 : 6);
     os << name_ << ": ";
     (os << ... << parts);
     log_->lines.push_back(os.str());
@@ -232,15 +269,48 @@ class LogScope : public gxUIScope
     if (trackChanges())
       change(gxUIRect(gxPair<long>(), size_), false);
   }
-  template <class... T>
-  void image(char const *what, gxPair<long> const &size, gxPoint const &at, bool pass, unsigned long v,
+  template <class Pel, class... T>
+  void image(char const *what, gxPelBuffer_const<Pel> const &b, gxPoint const &at, bool pass, unsigned long v,
              T const &...parts)
   {
-    drawn(what, {}, ' ', size, " at ", at, pass ? " pass " : " solid ", v, parts...);
+    drawn(what, {}, ' ', b.size(), " at ", at, pass ? " pass " : " solid ", v, parts..., detail([&](std::ostream &os) {
+            for (long y = 0; y < b.height() && b.width() > 0; ++y)
+              hex(os, b.pointToPel(b.window().x(), b.window().y() + y), sizeof(Pel) * b.width());
+          }));
   }
-  static std::string points(std::vector<gxVector<2>> const &vertices)
+  template <class Map>
+  std::string runs(gxRLEBuffer const &b, Map const &map, bool pass, unsigned char v) const
+  {
+    return detail([&](std::ostream &os) {
+      os << ' ' << b.size() << (pass ? " pass " : " solid ") << int(v);
+      for (auto const &entry : map)
+        hex(os, &entry, sizeof entry);
+      for (long y = 0; y < b.height(); ++y) {
+        os << " row";
+        for (gxRLEBufferRun const *run = b.pointToRow(b.offset().y() + y); run->length; ++run)
+          hex(os, run, sizeof *run);
+      }
+    });
+  }
+  static void hex(std::ostream &os, void const *bytes, std::size_t n)
+  {
+    for (std::size_t i = 0; i < n; ++i)
+      os << (i == 0 ? " " : ".") << int(static_cast<unsigned char const *>(bytes)[i]);
+  }
+  /// What only an exact log shows.
+  template <class Write>
+  std::string detail(Write const &write) const
   {
     std::ostringstream os;
+    os.precision(17);
+    if (exact_)
+      write(os);
+    return os.str();
+  }
+  std::string points(std::vector<gxVector<2>> const &vertices) const
+  {
+    std::ostringstream os;
+    os.precision(exact_ ? 17 : 6);
     for (gxVector<2> const &v : vertices)
       os << ' ' << v;
     return os.str();
@@ -251,6 +321,7 @@ class LogScope : public gxUIScope
   gxPair<long> size_;
   int locks_ = 0;
   bool null_ = false;
+  bool exact_ = false;
   bool quietEnd_ = false;
   bool throwing_ = false;
 };

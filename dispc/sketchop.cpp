@@ -161,6 +161,8 @@ void gx_UISketchOpHeader::serialize_(gxArchive &archive, unsigned char version)
     if (propsVersion_ != 0)
       archive.fail("properties of version " + std::to_string(propsVersion_) + " in a record");
     archive || props_;
+    if (props_.penWidth() < 0)
+      archive.fail("a pen width of " + std::to_string(props_.penWidth()) + " in a record");
   }
   archive || layer_ || color_ || opcode_;
   if (layer_ < 0 || layer_ > 0xFF)

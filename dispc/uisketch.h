@@ -107,6 +107,12 @@ class GX_API gxUISketch
   /// Bytes allocated.
   long capacity() const { return capacity_; }
 
+  /// Stores the records as objects, or loads such records, also those of a stream of the first version, and appends
+  /// them; a load that fails leaves the sketch as it was. Sketches with sketches inside cannot be stored: that throws
+  /// gxUIError::NotImplemented after the records before. Loading throws gxArchive::Errors, gxArchive::UnknownVersion,
+  /// gxBadPointer for a null pointer, and for a bad stream gxUIError::InvalidUISketch and gxGraphicProps::BadParams.
+  friend GX_API gxArchive &operator||(gxArchive &archive, gxUISketch &sketch);
+
  private:
   gxUISketch(unsigned char const *bytes, long n);
   void growBy(long n);

@@ -1,16 +1,10 @@
 #include "backends/pels/pelsurface.h"
+#include "examples/demo/pages.h"
 #include "examples/demo/scene.h"
 
-#ifdef GXDISPLAY_HAVE_PNG
-#include "backends/png/pngfile.h"
-#endif
 #include "foundation/exception.h"
-#include "foundation/netpbm.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <filesystem>
 #include <iostream>
 
 // The road of a drawing, from a camera picture to what an operator sees: a tree of tablets draws on the image and the
@@ -43,16 +37,12 @@ class View : public gxUITablet
 
   void drawing(Drawing d) { drawing_ = std::move(d); }
   void frame(gxColor const &color) { frame_ = color; }
-  /// Records in the sketch: one for each operation that was drawn while recording.
-  long records() const { return records_; }
 
   /// Draws the drawing; a tablet that records has its records in the sketch then, and nothing else.
   void drawAll()
   {
-    if (recordOn()) {
+    if (recordOn())
       sketch().erase();
-      records_ = static_cast<long>(drawing_.size());
-    }
     for (auto const &operation : drawing_)
       operation(*this);
   }
@@ -84,50 +74,6 @@ class View : public gxUITablet
   gxPelBuffer<unsigned char> camera_;
   Drawing drawing_;
   gxColor frame_;
-  long records_ = 0;
-};
-
-/// Writes numbered pictures and tells of each in a line.
-class Pages
-{
- public:
-  Pages(gxPelSurface &surface, std::filesystem::path folder) : surface_(surface), folder_(std::move(folder)) {}
-
-  /// Paints by @p work, and stores what the operator sees then. Told with it: what the sketch of
-  /// @p recorder holds.
-  template <class Work>
-  void show(char const *name, char const *what, View const &recorder, Work const &work)
-  {
-    auto const start = std::chrono::steady_clock::now();
-    work();
-    auto const picture = surface_.picture();
-    std::chrono::duration<double, std::milli> const took = std::chrono::steady_clock::now() - start;
-    char number[16];
-    std::snprintf(number, sizeof number, "%02d_", ++number_);
-    std::string const file = (folder_ / (std::string(number) + name + extension)).string();
-    write(file, picture);
-    std::printf("%-26s %-60s %3ld records, %5ld bytes, %6.2f ms\n", file.c_str(), what, recorder.records(),
-                recorder.sketch().size(), took.count());
-  }
-
- private:
-#ifdef GXDISPLAY_HAVE_PNG
-  static constexpr char const *extension = ".png";
-  static void write(std::string const &file, gxPelBuffer_const<gxPackedRGB32Pel> const &p)
-  {
-    gfWritePng(file, p);
-  }
-#else
-  static constexpr char const *extension = ".ppm";
-  static void write(std::string const &file, gxPelBuffer_const<gxPackedRGB32Pel> const &p)
-  {
-    gfWriteNetpbm(file, p);
-  }
-#endif
-
-  gxPelSurface &surface_;
-  std::filesystem::path folder_;
-  int number_ = 0;
 };
 
 bool sameBytes(gxUISketch const &a, gxUISketch const &b)
@@ -135,17 +81,17 @@ bool sameBytes(gxUISketch const &a, gxUISketch const &b)
   return a.size() == b.size() && std::equal(a.bytes(), a.bytes() + a.size(), b.bytes());
 }
 
-void demonstrate(gxPelBuffer<unsigned char> const &camera)
+/// Tablets on a camera picture.
+void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
 {
-  std::filesystem::create_directories("demo-out");
   gxPelSurface surface(camera.width(), camera.height());
-  Pages pages(surface, "demo-out");
   Drawing const result = inspectionResult(camera.size());
 
   View root(surface, camera, {});
-  pages.show("camera", "a camera picture on the image layer", root, [&] { root.visible(true); });
+  pages.show("camera", "a camera picture on the image layer", surface, &root.sketch(), [&] { root.visible(true); });
   root.drawing(result);
-  pages.show("overlay", "the result of a vision tool on the overlay, recorded", root, [&] { root.record(); });
+  pages.show("overlay", "the result of a vision tool on the overlay, recorded", surface, &root.sketch(),
+             [&] { root.record(); });
 
   // Two windows on the same picture: one enlarged on a corner, one turned and made small.
   gxPair<long> const size = camera.size();
@@ -159,12 +105,12 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   turned.frame(gxColor::cyanColor());
   turned.baseMap(gxXform<2>(gxMatrix<2>(gxRadian(0.5), gxRadian(0.5), 0.45, 0.3),
                             gxVector<2>(0.16 * double(size.x()), -0.03 * double(size.y()))));
-  pages.show("two_kids", "two tablets on it: threefold, and turned with unequal scales", root, [&] {
+  pages.show("two_kids", "two tablets on it: threefold, and turned with unequal scales", surface, &root.sketch(), [&] {
     zoomed.visible(true);
     turned.visible(true);
   });
-  pages.show("restacked", "the rear one brought to the front", root, [&] { zoomed.front(); });
-  pages.show("moved", "and moved: what was behind it repaints itself", root, [&] {
+  pages.show("restacked", "the rear one brought to the front", surface, &root.sketch(), [&] { zoomed.front(); });
+  pages.show("moved", "and moved: what was behind it repaints itself", surface, &root.sketch(), [&] {
     zoomed.moveRel({size.x() * 2 / 5, size.y() * 3 / 8});
     // The root has painted what came free. An update brings back what is stacked above that.
     root.update(image);
@@ -172,12 +118,12 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   });
 
   View chart(root, gxUIRect(gxPair<long>(), size), {}, penChart());
-  pages.show("pens", "widths and styles of lines, joins and caps", chart, [&] {
+  pages.show("pens", "widths and styles of lines, joins and caps", surface, &chart.sketch(), [&] {
     chart.visible(true);
     chart.record();
   });
   chart.drawing(shapeChart());
-  pages.show("shapes", "shapes: thin, wide and filled", chart, [&] {
+  pages.show("shapes", "shapes: thin, wide and filled", surface, &chart.sketch(), [&] {
     chart.baseMap(gxXform<2>(gxMatrix<2>(double(size.x()) / 640, 0, 0, double(size.y()) / 480), {}));
     chart.record();
   });
@@ -185,9 +131,14 @@ void demonstrate(gxPelBuffer<unsigned char> const &camera)
   gxUITablet::scratchPad.sketch().erase();
   for (auto const &operation : result)
     operation(gxUITablet::scratchPad);
-  std::printf("The same drawing on a tablet without a display gives the same records: %s\n",
-              sameBytes(gxUITablet::scratchPad.sketch(), root.sketch()) ? "yes" : "no");
+  pages.remark(std::string("the same drawing on a tablet without a display gives the same records: ") +
+               (sameBytes(gxUITablet::scratchPad.sketch(), root.sketch()) ? "yes" : "no"));
 }
+
+// Further chapters, each in a source of its own.
+constexpr void (*chapters[])(Pages &) = {
+    graphicsChapter,
+};
 }  // namespace
 
 int main(int argc, char **argv)
@@ -197,7 +148,10 @@ int main(int argc, char **argv)
     return 1;
   }
   try {
-    demonstrate(argc == 2 ? readPicture(argv[1]) : boardPicture());
+    Pages pages("demo-out");
+    tabletsChapter(pages, argc == 2 ? readPicture(argv[1]) : boardPicture());
+    for (auto const chapter : chapters)
+      chapter(pages);
   } catch (std::exception const &e) {
     std::cerr << "demo: " << e.what() << '\n';
     return 1;

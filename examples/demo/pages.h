@@ -1,0 +1,38 @@
+#pragma once
+
+#include "backends/pels/pelsurface.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+class gxUISketch;
+
+/// @file
+/// The pages of the demonstration: numbered pictures in a folder, each with a line on the terminal.
+
+/// Writes the pages.
+class Pages
+{
+ public:
+  /// Makes the folder.
+  explicit Pages(std::filesystem::path folder);
+
+  /// Paints by @p work, and stores what an operator sees on @p surface then, as NN_NAME. Told with it: what the page
+  /// shows, what @p sketch holds, if there is one, and how long painting took.
+  void show(char const *name, std::string const &what, gxPelSurface &surface, gxUISketch const *sketch,
+            std::function<void()> const &work);
+  /// A line below the last page's.
+  void remark(std::string const &text);
+
+  std::filesystem::path const &folder() const { return folder_; }
+
+ private:
+  std::filesystem::path folder_;
+  int number_ = 0;
+};
+
+// The chapters, in the order of the pages; each in a source of its own, and a row of the table in demo.cpp.
+
+/// A group of graphics: drawn, mapped, cloned in other colors, archived and drawn again.
+void graphicsChapter(Pages &pages);

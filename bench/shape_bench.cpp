@@ -134,7 +134,7 @@ int main(int argc, char **argv)
 {
   return gf_runBenchmarks(
       argc, argv,
-      {{"distances / points of an ellipse", "distances to an ellipse", "points of an ellipse", 0.05},
+      {{"distances / points of an ellipse", "distances to an ellipse", "points of an ellipse", 0.1},
        {"flattening / points of a Bezier curve", "flattening a Bezier curve", "points of a Bezier curve", 0.7},
        {"flattening / points of a rational Bezier curve", "flattening a rational Bezier curve",
         "points of a rational Bezier curve", 0.5}});

@@ -105,20 +105,25 @@ gx_Nearest gx_ArcPiece::nearest(gxVector<2> const &p) const
     gxVector<2> const found = point(place);
     return gx_Nearest{found, place, p.distance(found)};
   };
-  gx_Nearest best = at(0.0);
-  auto const consider = [&](double place) {
-    if (!(place > 0.0 && place <= 1.0))
-      return;
-    gx_Nearest const found = at(place);
-    if (found.distance < best.distance || (found.distance == best.distance && place < best.param))
-      best = found;
+  auto const placeOnPiece = [&](gxVector<2> const &onUnit) {
+    return placeOf(*this, axes.toParam(onUnit.angle().value()));
   };
-  double const nearest = placeOf(*this, axes.toParam(valleys.nearest()));
-  consider(nearest);
-  if (!(nearest <= 1.0)) {  // the nearest point of the ellipse is not on the arc
-    consider(1.0);
-    consider(placeOf(*this, axes.toParam(valleys.second())));
+  if (valleys.isCenter())
+    return at(0.0);
+  gx_Nearest best = at(0.0);
+  if (double const place = placeOnPiece(valleys.nearest()); place <= 1.0) {
+    best = at(place);
+    if (!valleys.hasTwin())
+      return best;
+    gx_Nearest const twin = at(placeOnPiece(valleys.twin()));
+    double const rounding = 1e-15 * (axes.shape.rx + axes.shape.ry + offset.len());
+    return twin.param < best.param && twin.distance <= best.distance + rounding ? twin : best;
   }
+  // the nearest point of the ellipse is not on the arc
+  for (double const place : {placeOnPiece(valleys.second()), 1.0})
+    if (place <= 1.0)
+      if (gx_Nearest const found = at(place); found.distance < best.distance)
+        best = found;
   return best;
 }
 
@@ -214,6 +219,11 @@ gx_ArcPiece gx_ArcPiece::part(double begin, double end) const
 gx_ArcPiece gx_ArcPiece::mapped(gxXform<2> const &xform) const
 {
   return {xform * center, xform.mapVector(u), xform.mapVector(v), start, span};
+}
+
+bool gx_ArcPiece::isFinite() const
+{
+  return center.isFinite() && u.isFinite() && v.isFinite() && std::isfinite(start) && std::isfinite(span);
 }
 
 double gx_ArcPiece::chords(double tolerance) const

@@ -317,6 +317,11 @@ gx_BezierPiece gx_BezierPiece::mapped(gxXform<2> const &xform) const
   return image;
 }
 
+bool gx_BezierPiece::isFinite() const
+{
+  return std::all_of(points.begin(), points.end(), [](gxVector<2> const &p) { return p.isFinite(); });
+}
+
 double gx_BezierPiece::chords(double tolerance) const
 {
   if (!(tolerance > 0.0))

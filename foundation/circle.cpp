@@ -1,5 +1,6 @@
 #include "foundation/circle.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/ellipse.h"
 #include "foundation/ellipse2.h"
 #include "foundation/geomarchive.h"
@@ -40,18 +41,18 @@ gxEllipse gxCircle::map(gxXform<2> const &xform) const
 gxRect gxCircle::boundingBox() const
 {
   gxVector<2> const half(radius_, radius_);
-  return {center_ - half, half * 2.0};
+  return gf_finite(gxRect(center_ - half, half * 2.0));
 }
 
 gxVector<2> gxCircle::nearestPoint(gxVector<2> const &p) const
 {
   gxVector<2> const towards = (p - center_).unit();
-  return center_ + (towards == gxVector<2>() ? gxVector<2>(1.0, 0.0) : towards) * radius_;
+  return gf_finite(center_ + (towards == gxVector<2>() ? gxVector<2>(1.0, 0.0) : towards) * radius_);
 }
 
 double gxCircle::perimeter() const
 {
-  return gf_turnRadians * radius_;
+  return gf_finite(gf_turnRadians * radius_);
 }
 
 bool gxCircle::within(gxVector<2> const &p) const

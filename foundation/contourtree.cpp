@@ -18,21 +18,31 @@ void gxContourTree::isClosed(bool v)
   isClosed_ = v;
 }
 
-// The joining lines belong to the contour, so that these go by the outline and not child by child.
-
-gxRect gxContourTree::boundingBox() const
+bool gxContourTree::hasContour() const
 {
-  return isFinite() && !isEmpty() ? gxShape::boundingBox() : gxShapeTree::boundingBox();
+  return std::any_of(children().begin(), children().end(), [](auto const &c) { return c->isOpenContour(); });
 }
+
+// The joining lines belong to the contour, so that these go by the outline and not only child by child. They lie
+// within the box of their ends.
 
 gxVector<2> gxContourTree::nearestPoint(gxVector<2> const &p) const
 {
-  return isFinite() && !isEmpty() ? gxShape::nearestPoint(p) : gxShapeTree::nearestPoint(p);
+  if (!isFinite() || !hasContour())
+    return gxShapeTree::nearestPoint(p);
+  gxVector<2> best = gxShape::nearestPoint(p);
+  for (auto const &child : children())
+    if (!child->isOpenContour() && !child->isEmpty()) {  // a point, for instance, has no outline
+      gxVector<2> const found = child->nearestPoint(p);
+      if (p.distance(found) < p.distance(best))
+        best = found;
+    }
+  return best;
 }
 
 void gxContourTree::sample(gxSampleParams const &params, gxSampleResult &result) const
 {
-  gxShape::sample(params, result);
+  hasContour() ? gxShape::sample(params, result) : gxShapeTree::sample(params, result);
 }
 
 gxPtrHandle<gxShape> gxContourTree::reverse_() const
@@ -45,7 +55,7 @@ gxPtrHandle<gxShape> gxContourTree::reverse_() const
 
 gxPtrHandle<gxShape> gxContourTree::clip_(gxPolyline const &region, gxClipInfo &info) const
 {
-  return gxShape::clip_(region, info);
+  return hasContour() ? gxShape::clip_(region, info) : gxShapeTree::clip_(region, info);
 }
 
 void gxContourTree::appendOutline(gx_Outline &outline) const

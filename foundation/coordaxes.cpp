@@ -7,7 +7,7 @@
 
 gxRect gxCoordAxes::boundingBox() const
 {
-  return gxRect::around(origin_, xEnd_).enclose(gxRect::around(origin_, yEnd_));
+  return xAxis().boundingBox().enclose(yAxis().boundingBox());
 }
 
 double gxCoordAxes::distanceToPoint(gxVector<2> const &p) const

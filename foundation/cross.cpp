@@ -1,5 +1,6 @@
 #include "foundation/cross.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 
@@ -27,7 +28,7 @@ gxCross gxCross::map(gxXform<2> const &xform) const
 gxRect gxCross::boundingBox() const
 {
   auto const [first, second] = linesOf(*this);
-  return first.bounds().enclose(second.bounds());
+  return gf_finite(first.bounds().enclose(second.bounds()));
 }
 
 gxRect gxCross::encloseRect() const
@@ -38,7 +39,7 @@ gxRect gxCross::encloseRect() const
 double gxCross::distToPoint(gxVector<2> const &p) const
 {
   auto const [first, second] = linesOf(*this);
-  return std::min(first.nearest(p).distance, second.nearest(p).distance);
+  return std::min(gf_finite(first.nearest(p).distance), gf_finite(second.nearest(p).distance));
 }
 
 gxArchive &operator||(gxArchive &archive, gxCross &cross)

@@ -2,6 +2,8 @@
 
 #include "foundation/circle.h"
 #include "foundation/detail/axes.h"
+#include "foundation/detail/ellipsenearest.h"
+#include "foundation/detail/finite.h"
 #include "foundation/ellipse2.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
@@ -55,9 +57,10 @@ Image mapped(gxEllipse::gxEllipseGeom const &geom, gxXform<2> const &xform)
 
 gxEllipse::gxEllipse(gxCircle const &circle) : gxEllipse(circle.center(), {circle.radius(), circle.radius()}, {}) {}
 
-gxEllipse::gxEllipse(gxEllipseGeom const &geom) : gxEllipse(geom.center, geom.radii, geom.angle)
+gxEllipse::gxEllipse(gxEllipseGeom const &geom, gxRadian phase) : gxEllipse(geom.center, geom.radii, geom.angle)
 {
   isReversed(geom.reversed != 0);
+  phase_ = phase;
 }
 
 gxEllipse::gxEllipse(gxEllipseUnit const &unit)
@@ -110,12 +113,13 @@ gx_ArcPiece gxEllipse::piece(gxRadian start, gxRadian span) const
 
 gxRect gxEllipse::boundingBox() const
 {
-  return piece(gxRadian(), gxRadian(gf_turnRadians)).bounds();
+  return gf_finite(piece(gxRadian(), gxRadian(gf_turnRadians)).bounds());
 }
 
 gxVector<2> gxEllipse::nearestPoint(gxVector<2> const &p) const
 {
-  return piece(gxRadian(), gxRadian(gf_turnRadians)).nearest(p).point;
+  std::optional<gxVector<2>> const only = gf_onlyNearest(center(), radii(), angle(), p);
+  return gf_finite(only ? *only : piece(gxRadian(), gxRadian(gf_turnRadians)).nearest(p).point);
 }
 
 double gxEllipse::distToPoint(gxVector<2> const &p) const
@@ -130,7 +134,7 @@ bool gxEllipse::within(gxVector<2> const &p) const
 
 double gxEllipse::perimeter() const
 {
-  return piece(gxRadian(), gxRadian(gf_turnRadians)).lengthTo(1.0);
+  return gf_finite(piece(gxRadian(), gxRadian(gf_turnRadians)).lengthTo(1.0));
 }
 
 gxArchive &operator||(gxArchive &archive, gxEllipse &ellipse)

@@ -53,8 +53,8 @@ class GX_API gxEllipse
   /// The unit circle.
   gxEllipse() = default;
   gxEllipse(gxCircle const &circle);  // NOLINT(google-explicit-constructor): a circle is an ellipse
-  /// Throws gxShapesError::BadRadius for a negative radius.
-  explicit gxEllipse(gxEllipseGeom const &geom);
+  /// From its record, and the phase that is not in it. Throws gxShapesError::BadRadius for a negative radius.
+  explicit gxEllipse(gxEllipseGeom const &geom, gxRadian phase = gxRadian());
   /// Throws gxMathError::Singular if the matrix has no inverse.
   explicit gxEllipse(gxEllipseUnit const &unit);
   /// Throws gxShapesError::BadRadius for a negative radius.

@@ -2,6 +2,8 @@
 
 #include "foundation/circle.h"
 #include "foundation/detail/axes.h"
+#include "foundation/detail/ellipsenearest.h"
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -84,12 +86,13 @@ gx_ArcPiece gxEllipse2::piece() const
 
 gxRect gxEllipse2::boundingBox() const
 {
-  return piece().bounds();
+  return gf_finite(piece().bounds());
 }
 
 gxVector<2> gxEllipse2::nearestPoint(gxVector<2> const &p) const
 {
-  return piece().nearest(p).point;
+  std::optional<gxVector<2>> const only = gf_onlyNearest(center_, radii_, angle_, p);
+  return gf_finite(only ? *only : piece().nearest(p).point);
 }
 
 bool gxEllipse2::within(gxVector<2> const &p) const

@@ -1,5 +1,6 @@
 #include "foundation/ellipsearc.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -51,7 +52,7 @@ gxEllipseArc gxEllipseArc::map(gxXform<2> const &xform) const
 
 gxRect gxEllipseArc::boundingBox() const
 {
-  return piece().bounds();
+  return gf_finite(piece().bounds());
 }
 
 gxRect gxEllipseArc::encloseRect() const
@@ -61,17 +62,17 @@ gxRect gxEllipseArc::encloseRect() const
 
 gxVector<2> gxEllipseArc::nearestPoint(gxVector<2> const &p) const
 {
-  return piece().nearest(p).point;
+  return gf_finite(piece().nearest(p).point);
 }
 
 double gxEllipseArc::distToPoint(gxVector<2> const &p) const
 {
-  return piece().nearest(p).distance;
+  return gf_finite(piece().nearest(p).distance);
 }
 
 double gxEllipseArc::perimeter() const
 {
-  return piece().lengthTo(1.0);
+  return gf_finite(piece().lengthTo(1.0));
 }
 
 gxArchive &operator||(gxArchive &archive, gxEllipseArc &arc)

@@ -1,5 +1,6 @@
 #include "foundation/ellipsearc2.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -46,12 +47,12 @@ gx_ArcPiece gxEllipseArc2::piece() const
 
 gxRect gxEllipseArc2::boundingBox() const
 {
-  return piece().bounds();
+  return gf_finite(piece().bounds());
 }
 
 gxVector<2> gxEllipseArc2::nearestPoint(gxVector<2> const &p) const
 {
-  return piece().nearest(p).point;
+  return gf_finite(piece().nearest(p).point);
 }
 
 gxPtrHandle<gxShape> gxEllipseArc2::mapShape(gxXform<2> const &xform) const

@@ -1,5 +1,6 @@
 #include "foundation/fline.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/lineseg.h"
 #include "foundation/rect.h"
@@ -50,6 +51,11 @@ gxFLine gxFLine::map(gxXform<2> const &xform) const
 gxRect gxFLine::boundingBox() const
 {
   throw gxShapesError::InfiniteShape();
+}
+
+gxVector<2> gxFLine::nearestPoint(gxVector<2> const &p) const
+{
+  return gf_finite(closestPoint(p));
 }
 
 double gxFLine::perimeter() const

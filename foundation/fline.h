@@ -35,7 +35,7 @@ class GX_API gxFLine : public gxShape
   bool isDecomposed() const override { return true; }
   bool isReversible() const override { return true; }
   gxRect boundingBox() const override;
-  gxVector<2> nearestPoint(gxVector<2> const &p) const override { return closestPoint(p); }
+  gxVector<2> nearestPoint(gxVector<2> const &p) const override;
   double perimeter() const override;
   /// A gxFLine.
   gxPtrHandle<gxShape> mapShape(gxXform<2> const &xform) const override;

@@ -1,5 +1,6 @@
 #include "foundation/genrect.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -73,7 +74,7 @@ gxRect gxGenRect::boundingBox() const
     return std::abs(x) * (1.0 - round.x()) + std::abs(y) * (1.0 - round.y()) + std::hypot(x * round.x(), y * round.y());
   };
   gxVector<2> const half(halfWidth(0), halfWidth(1));
-  return {center_ - half, half * 2.0};
+  return gf_finite(gxRect(center_ - half, half * 2.0));
 }
 
 bool gxGenRect::within(gxVector<2> const &p) const

@@ -2,8 +2,8 @@
 
 #include "foundation/cubicspline.h"
 
-/// A cubic spline through points with given derivatives by the parameter: piecewise Hermite interpolation, with a
-/// continuous first derivative.
+/// A cubic spline through points with given derivatives by the parameter, with a continuous first derivative: see
+/// G. Farin, Curves and Surfaces for CAGD, "Piecewise cubic Hermite interpolation".
 class GX_API gxHermiteSpline : public gxCubicSpline
 {
  public:

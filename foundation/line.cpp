@@ -1,5 +1,6 @@
 #include "foundation/line.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/lineseg.h"
 #include "foundation/rect.h"
@@ -42,7 +43,7 @@ gxVector<2> gxLine::nearestPoint(gxVector<2> const &p) const
   if (!hasTangent())
     throw gxShapesError::DegenerateShape();
   gxVector<2> const along = dir_.unit();
-  return pos_ + along * (along * (p - pos_));
+  return gf_finite(pos_ + along * (along * (p - pos_)));
 }
 
 double gxLine::perimeter() const

@@ -69,6 +69,11 @@ gx_LinePiece gx_LinePiece::mapped(gxXform<2> const &xform) const
   return {xform * from, xform * to};
 }
 
+bool gx_LinePiece::isFinite() const
+{
+  return from.isFinite() && to.isFinite();
+}
+
 double gx_LinePiece::chords(double) const
 {
   return 1.0;

@@ -1,5 +1,6 @@
 #include "foundation/lineseg.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/polyline.h"
@@ -15,12 +16,17 @@ void gxLineSeg::passFields_(gxArchive &archive)
 
 gxRect gxLineSeg::boundingBox() const
 {
-  return gxRect::around(start_, end_);
+  return gf_finite(gxRect::around(start_, end_));
 }
 
 gxVector<2> gxLineSeg::nearestPoint(gxVector<2> const &p) const
 {
-  return gx_LinePiece{start_, end_}.nearest(p).point;
+  return gf_finite(gx_LinePiece{start_, end_}.nearest(p).point);
+}
+
+double gxLineSeg::perimeter() const
+{
+  return gf_finite(length());
 }
 
 gxPtrHandle<gxShape> gxLineSeg::clipLine(gxVector<2> const &dir, gxVector<2> const &pos, gxPolyline const &region,

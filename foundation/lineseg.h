@@ -37,7 +37,7 @@ class GX_API gxLineSeg : public gxShape
   bool isDecomposed() const override { return true; }
   gxRect boundingBox() const override;
   gxVector<2> nearestPoint(gxVector<2> const &p) const override;
-  double perimeter() const override { return length(); }
+  double perimeter() const override;
   gxVector<2> startPoint() const override { return start_; }
   gxVector<2> endPoint() const override { return end_; }
   /// A gxLineSeg.

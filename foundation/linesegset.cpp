@@ -70,20 +70,18 @@ gxVector<2> gxLineSegSet::nearestPoint(gxVector<2> const &p) const
 {
   if (segments_.empty())
     throw gxShapesError::EmptyShape();
-  gx_Nearest best = gx_LinePiece{segments_[0].start(), segments_[0].end()}.nearest(p);
-  for (gxLineSeg const &segment : segments_) {
-    gx_Nearest const found = gx_LinePiece{segment.start(), segment.end()}.nearest(p);
-    if (found.distance < best.distance)
+  gxVector<2> best = segments_.front().nearestPoint(p);
+  for (gxLineSeg const &segment : segments_)
+    if (gxVector<2> const found = segment.nearestPoint(p); p.distance(found) < p.distance(best))
       best = found;
-  }
-  return best.point;
+  return best;
 }
 
 double gxLineSegSet::perimeter() const
 {
   double sum = 0.0;
   for (gxLineSeg const &segment : segments_)
-    sum += segment.length();
+    sum += segment.perimeter();
   return sum;
 }
 

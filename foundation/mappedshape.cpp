@@ -6,7 +6,9 @@
 #include "foundation/point.h"
 #include "foundation/rect.h"
 #include "foundation/shapearchive.h"
+#include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
+#include "foundation/shapetree.h"
 
 #include <array>
 
@@ -55,36 +57,45 @@ gxMappedShape::gxMappedShape(gxShape const &shape, gxXform<2> const &xform)
 {
 }
 
-gxPtrHandle<gxShape> gxMappedShape::linearImage() const
+gxPtrHandle<gxShape> gxMappedShape::plainImage() const
 {
   if (xform_->isLinear())
     return shape_->mapShape(xform_->linearXform({}).xform());
   if (auto const *const point = dynamic_cast<gx2Point const *>(shape_.rep()))  // has no outline that could bend
     return point->mapShape(xform_->linearXform(point->point()).xform());
-  return nullptr;
+  auto const *const tree = dynamic_cast<gxShapeTree const *>(shape_.rep());
+  if (!tree || dynamic_cast<gxContourTree const *>(tree))
+    return nullptr;
+  return tree->changed([&](auto const &part) { return new gxMappedShape(part, xform_); });
+}
+
+bool gxMappedShape::hasTangent() const
+{
+  gxPtrHandle<gxShape> const image = plainImage();
+  return image ? image->hasTangent() : shape_->hasTangent();
 }
 
 gxRect gxMappedShape::boundingBox() const
 {
-  gxPtrHandle<gxShape> const image = linearImage();
+  gxPtrHandle<gxShape> const image = plainImage();
   return image ? image->boundingBox() : gxShape::boundingBox();
 }
 
 gxVector<2> gxMappedShape::nearestPoint(gxVector<2> const &p) const
 {
-  gxPtrHandle<gxShape> const image = linearImage();
+  gxPtrHandle<gxShape> const image = plainImage();
   return image ? image->nearestPoint(p) : gxShape::nearestPoint(p);
 }
 
 double gxMappedShape::perimeter() const
 {
-  gxPtrHandle<gxShape> const image = linearImage();
+  gxPtrHandle<gxShape> const image = plainImage();
   return image ? image->perimeter() : gxShape::perimeter();
 }
 
 bool gxMappedShape::within(gxVector<2> const &p) const
 {
-  if (gxPtrHandle<gxShape> const image = linearImage())
+  if (gxPtrHandle<gxShape> const image = plainImage())
     return image->within(p);
   if (!isRegion())
     throw gxShapesError::NotRegion();
@@ -102,8 +113,21 @@ gxPtrHandle<gxShape> gxMappedShape::mapShape(gxXform<2> const &xform) const
 
 gxPtrHandle<gxShape> gxMappedShape::decompose() const
 {
-  gxPtrHandle<gxShape> const image = linearImage();
+  gxPtrHandle<gxShape> const image = plainImage();
   return image ? image->decompose() : gxShape::decompose();
+}
+
+void gxMappedShape::sample(gxSampleParams const &params, gxSampleResult &result) const
+{
+  gxPtrHandle<gxShape> const image = plainImage();
+  image ? image->sample(params, result) : gxShape::sample(params, result);
+}
+
+gxPtrHandle<gxShape> gxMappedShape::clip_(gxPolyline const &region, gxClipInfo &info) const
+{
+  gxPtrHandle<gxShape> const image = plainImage();
+  gxPtrHandle<gxShape> const part = image ? image->clip(region, info) : gxShape::clip_(region, info);
+  return info.isCut() ? part : clone();
 }
 
 gxPtrHandle<gxShape> gxMappedShape::reverse_() const
@@ -178,7 +202,7 @@ double imageSize(gx_Outline const &outline, gx2XformBase const &xform)
 
 void gxMappedShape::appendOutline(gx_Outline &outline) const
 {
-  if (gxPtrHandle<gxShape> const image = linearImage()) {
+  if (gxPtrHandle<gxShape> const image = plainImage()) {
     image->appendOutline(outline);
     return;
   }

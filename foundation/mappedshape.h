@@ -34,6 +34,7 @@ class GX_API gxMappedShape : public gxShape
   bool isFinite() const override { return shape_->isFinite(); }
   bool isEmpty() const override { return shape_->isEmpty(); }
   bool isReversible() const override { return shape_->isReversible(); }
+  bool hasTangent() const override;
   /// Through a linear transform as in the image of the shape; so are the next ones.
   gxRect boundingBox() const override;
   gxVector<2> nearestPoint(gxVector<2> const &p) const override;
@@ -43,6 +44,7 @@ class GX_API gxMappedShape : public gxShape
   gxPtrHandle<gxShape> mapShape(gxXform<2> const &xform) const override;
   /// Through a linear transform the decomposed image of the shape.
   gxPtrHandle<gxShape> decompose() const override;
+  void sample(gxSampleParams const &params, gxSampleResult &result) const override;
   void appendOutline(gx_Outline &outline) const override;
 
   /// Equal shapes, equal transforms.
@@ -51,10 +53,12 @@ class GX_API gxMappedShape : public gxShape
  protected:
   /// A gxMappedShape.
   gxPtrHandle<gxShape> reverse_() const override;
+  gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
-  /// The image, if the transform does not bend the shape; null otherwise.
-  gxPtrHandle<gxShape> linearImage() const;
+  /// The image as a shape of a class of its own: of anything through a linear transform, and of points and of sets
+  /// and trees of regions, part by part, through any. Null where an outline is to be bent.
+  gxPtrHandle<gxShape> plainImage() const;
 
   gxPtrHandle_const<gxShape> shape_;
   gxPtrHandle_const<gx2XformBase> xform_;

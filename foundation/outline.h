@@ -24,27 +24,30 @@ struct gx_Nearest {
   double distance = 0.0;  ///< how far off
 };
 
-// The members of each kind of piece are told at gx_Piece.
+/// The members of every kind of piece; what they mean is told at gx_Piece.
+#define GX_PIECE(Kind)                                                             \
+  gxVector<2> point(double param) const;                                           \
+  gxVector<2> tangent(double param) const;                                         \
+  gx_Nearest nearest(gxVector<2> const &p) const;                                  \
+  gxRect bounds() const;                                                           \
+  double lengthTo(double param) const;                                             \
+  double paramAtLength(double length) const;                                       \
+  double rotation() const;                                                         \
+  double winding(gxVector<2> const &p) const;                                      \
+  double doubleArea() const;                                                       \
+  Kind part(double begin, double end) const;                                       \
+  Kind mapped(gxXform<2> const &xform) const;                                      \
+  double chords(double tolerance) const;                                           \
+  bool isFinite() const;                                                           \
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const; \
+  gxPtrHandle<gxShape> shape() const;
 
 /// A straight piece.
 struct GX_API gx_LinePiece {
   gxVector<2> from;
   gxVector<2> to;
 
-  gxVector<2> point(double param) const;
-  gxVector<2> tangent(double param) const;
-  gx_Nearest nearest(gxVector<2> const &p) const;
-  gxRect bounds() const;
-  double lengthTo(double param) const;
-  double paramAtLength(double length) const;
-  double rotation() const;
-  double winding(gxVector<2> const &p) const;
-  double doubleArea() const;
-  gx_LinePiece part(double begin, double end) const;
-  gx_LinePiece mapped(gxXform<2> const &xform) const;
-  double chords(double tolerance) const;
-  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
-  gxPtrHandle<gxShape> shape() const;
+  GX_PIECE(gx_LinePiece)
 };
 
 /// A piece of an ellipse: center + u cos(t) + v sin(t) for t from `start` through `span`, which may be negative and
@@ -59,20 +62,7 @@ struct GX_API gx_ArcPiece {
   gxVector<2> at(double t) const { return center + u * std::cos(t) + v * std::sin(t); }
   gxVector<2> derivativeAt(double t) const { return v * std::cos(t) - u * std::sin(t); }
 
-  gxVector<2> point(double param) const;
-  gxVector<2> tangent(double param) const;
-  gx_Nearest nearest(gxVector<2> const &p) const;
-  gxRect bounds() const;
-  double lengthTo(double param) const;
-  double paramAtLength(double length) const;
-  double rotation() const;
-  double winding(gxVector<2> const &p) const;
-  double doubleArea() const;
-  gx_ArcPiece part(double begin, double end) const;
-  gx_ArcPiece mapped(gxXform<2> const &xform) const;
-  double chords(double tolerance) const;
-  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
-  gxPtrHandle<gxShape> shape() const;
+  GX_PIECE(gx_ArcPiece)
 };
 
 /// A rational Bezier curve of degree three. The weights are positive and at most 1; equal weights leave a polynomial.
@@ -85,20 +75,7 @@ struct GX_API gx_BezierPiece {
   /// Many points at once: those at (first + i) * step for i from 0 to n - 1.
   void evaluate(double first, double step, std::size_t n, gxVector<2> *to) const;
 
-  gxVector<2> point(double param) const;
-  gxVector<2> tangent(double param) const;
-  gx_Nearest nearest(gxVector<2> const &p) const;
-  gxRect bounds() const;
-  double lengthTo(double param) const;
-  double paramAtLength(double length) const;
-  double rotation() const;
-  double winding(gxVector<2> const &p) const;
-  double doubleArea() const;
-  gx_BezierPiece part(double begin, double end) const;
-  gx_BezierPiece mapped(gxXform<2> const &xform) const;
-  double chords(double tolerance) const;
-  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
-  gxPtrHandle<gxShape> shape() const;
+  GX_PIECE(gx_BezierPiece)
 };
 
 /// One smooth piece of an outline, of any kind. A place on it is a parameter from 0 to 1. A new kind of curve joins
@@ -107,40 +84,6 @@ class GX_API gx_Piece : public std::variant<gx_LinePiece, gx_ArcPiece, gx_Bezier
 {
  public:
   using Kinds = std::variant<gx_LinePiece, gx_ArcPiece, gx_BezierPiece>;
-  using Kinds::Kinds;
-
-  gxVector<2> point(double param) const;
-  /// Derivative by the parameter, taken as a limit where it vanishes; zero for a piece without extent.
-  gxVector<2> tangent(double param) const;
-  /// The first of the nearest points.
-  gx_Nearest nearest(gxVector<2> const &p) const;
-  /// The smallest upright rectangle round the piece.
-  gxRect bounds() const;
-  double length() const { return lengthTo(1.0); }
-  /// Length from the start to a place.
-  double lengthTo(double param) const;
-  /// The place at a length from the start, at the ends for lengths beyond them.
-  double paramAtLength(double length) const;
-  /// Signed angle by which the tangent turns from start to end.
-  double rotation() const;
-  /// Signed angle by which the direction from @p p turns from start to end; @p p is not on the piece.
-  double winding(gxVector<2> const &p) const;
-  /// Twice the signed area that the line from the origin to the piece sweeps over.
-  double doubleArea() const;
-  /// The piece between two places; it runs backward if @p begin lies behind @p end.
-  gx_Piece part(double begin, double end) const;
-  gx_Piece mapped(gxXform<2> const &xform) const;
-  /// How many equal steps of the parameter keep the chords within the tolerance of the piece: a whole number, at
-  /// least 1; for arcs at least one for each quarter turn. A tolerance of 0 sets no limit.
-  double chords(double tolerance) const;
-  /// The places where the piece meets the straight line from @p a to @p b, ends included, in order. A piece that runs
-  /// along that line meets it nowhere.
-  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const;
-  /// The piece as a shape of its own.
-  gxPtrHandle<gxShape> shape() const;
-  bool isStraight() const { return std::holds_alternative<gx_LinePiece>(*this); }
-  /// False for a piece that has collapsed to a point.
-  bool hasDirection() const { return !(tangent(0.0) == gxVector<2>()); }
 
  private:
   template <class Operation>
@@ -148,6 +91,89 @@ class GX_API gx_Piece : public std::variant<gx_LinePiece, gx_ArcPiece, gx_Bezier
   {
     return std::visit(operation, static_cast<Kinds const &>(*this));
   }
+
+ public:
+  using Kinds::Kinds;
+
+  gxVector<2> point(double param) const
+  {
+    return visit([&](auto const &p) { return p.point(param); });
+  }
+  /// Derivative by the parameter, taken as a limit where it vanishes; zero for a piece without extent.
+  gxVector<2> tangent(double param) const
+  {
+    return visit([&](auto const &p) { return p.tangent(param); });
+  }
+  /// The first of the nearest points.
+  gx_Nearest nearest(gxVector<2> const &p) const
+  {
+    return visit([&](auto const &piece) { return piece.nearest(p); });
+  }
+  /// The smallest upright rectangle round the piece.
+  gxRect bounds() const
+  {
+    return visit([&](auto const &p) { return p.bounds(); });
+  }
+  double length() const { return lengthTo(1.0); }
+  /// Length from the start to a place.
+  double lengthTo(double param) const
+  {
+    return visit([&](auto const &p) { return p.lengthTo(param); });
+  }
+  /// The place at a length from the start, at the ends for lengths beyond them.
+  double paramAtLength(double length) const
+  {
+    return visit([&](auto const &p) { return p.paramAtLength(length); });
+  }
+  /// Signed angle by which the tangent turns from start to end.
+  double rotation() const
+  {
+    return visit([&](auto const &p) { return p.rotation(); });
+  }
+  /// Signed angle by which the direction from @p p turns from start to end; @p p is not on the piece.
+  double winding(gxVector<2> const &p) const
+  {
+    return visit([&](auto const &piece) { return piece.winding(p); });
+  }
+  /// Twice the signed area that the line from the origin to the piece sweeps over.
+  double doubleArea() const
+  {
+    return visit([&](auto const &p) { return p.doubleArea(); });
+  }
+  /// The piece between two places; it runs backward if @p begin lies behind @p end.
+  gx_Piece part(double begin, double end) const
+  {
+    return visit([&](auto const &p) -> gx_Piece { return p.part(begin, end); });
+  }
+  gx_Piece mapped(gxXform<2> const &xform) const
+  {
+    return visit([&](auto const &p) -> gx_Piece { return p.mapped(xform); });
+  }
+  /// How many equal steps of the parameter keep the chords within the tolerance of the piece: a whole number, at
+  /// least 1; for arcs at least one for each quarter turn. A tolerance of 0 sets no limit.
+  double chords(double tolerance) const
+  {
+    return visit([&](auto const &p) { return p.chords(tolerance); });
+  }
+  /// The places where the piece meets the straight line from @p a to @p b, ends included, in order. A piece that runs
+  /// along that line meets it nowhere.
+  std::vector<double> crossings(gxVector<2> const &a, gxVector<2> const &b) const
+  {
+    return visit([&](auto const &piece) { return piece.crossings(a, b); });
+  }
+  /// The piece as a shape of its own.
+  gxPtrHandle<gxShape> shape() const
+  {
+    return visit([&](auto const &p) { return p.shape(); });
+  }
+  /// True if all numbers that make the piece are finite.
+  bool isFinite() const
+  {
+    return visit([](auto const &p) { return p.isFinite(); });
+  }
+  bool isStraight() const { return std::holds_alternative<gx_LinePiece>(*this); }
+  /// False for a piece that has collapsed to a point.
+  bool hasDirection() const { return !(tangent(0.0) == gxVector<2>()); }
 };
 
 /// A chain of pieces, each of which begins where the one before ends; if closed, the last ends where the first begins.
@@ -165,6 +191,10 @@ struct gx_Outline {
     contours.push_back({{}, closed});
     return contours.back();
   }
+  /// Of a shape. Throws gxShapesError::BadGeom if a piece is not finite.
+  GX_API explicit gx_Outline(gxShape const &shape);
+  gx_Outline() = default;
+
   /// The box of all pieces; empty for an outline without pieces.
   GX_API gxRect bounds() const;
   /// Length of all contours.

@@ -1,5 +1,6 @@
 #include "foundation/point.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/line.h"
 #include "foundation/polyline.h"
@@ -33,7 +34,12 @@ void gx2Point::passFields_(gxArchive &archive)
 
 gxRect gx2Point::boundingBox() const
 {
-  return {point_, {0.0, 0.0}};
+  return {gf_finite(point_), {0.0, 0.0}};
+}
+
+gxVector<2> gx2Point::nearestPoint(gxVector<2> const &) const
+{
+  return gf_finite(point_);
 }
 
 gxPtrHandle<gxShape> gx2Point::mapShape(gxXform<2> const &xform) const
@@ -50,8 +56,10 @@ gxPtrHandle<gxShape> gx2Point::clip_(gxPolyline const &region, gxClipInfo &info)
 
 void gx2Point::sample(gxSampleParams const &params, gxSampleResult &result) const
 {
+  params.check();
   if (static_cast<long>(result.positions().size()) + 1 > params.maxPoints())
     throw gxShapesError::SampleOverflow();
+  gf_finite(point_);
   result.beginContour();
   result.append(point_);
 }

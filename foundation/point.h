@@ -49,7 +49,7 @@ class GX_API gx2Point : public gxShape
   bool isDecomposed() const override { return true; }
   /// The flat rectangle at the point.
   gxRect boundingBox() const override;
-  gxVector<2> nearestPoint(gxVector<2> const &) const override { return point_; }
+  gxVector<2> nearestPoint(gxVector<2> const &p) const override;
   /// 0.
   double perimeter() const override { return 0.0; }
   /// A gx2Point.

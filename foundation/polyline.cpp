@@ -1,5 +1,6 @@
 #include "foundation/polyline.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
@@ -76,20 +77,23 @@ gxRect gxPolyline::boundingBox() const
     throw gxShapesError::EmptyShape();
   gxVector<2> low = vertices_.front(), high = low;
   for (gxVector<2> const &v : vertices_) {
+    gf_finite(v);
     low = {std::min(low.x(), v.x()), std::min(low.y(), v.y())};
     high = {std::max(high.x(), v.x()), std::max(high.y(), v.y())};
   }
-  return {low, high - low};
+  return gf_finite(gxRect(low, high - low));
 }
 
 gxVector<2> gxPolyline::nearestPoint(gxVector<2> const &p) const
 {
   if (vertices_.empty())
     throw gxShapesError::EmptyShape();
-  gxVector<2> nearest = vertices_.front();
+  gxVector<2> nearest = gf_finite(vertices_.front());
+  gf_finite(p);
   double distance = p.distance(nearest);
   forSides(*this, [&](gx_LinePiece const &side) {
     gx_Nearest const found = side.nearest(p);
+    gf_finite(found.point);
     if (found.distance < distance) {
       nearest = found.point;
       distance = found.distance;
@@ -102,7 +106,7 @@ double gxPolyline::perimeter() const
 {
   double length = 0.0;
   forSides(*this, [&](gx_LinePiece const &side) { length += side.from.distance(side.to); });
-  return length;
+  return gf_finite(length);
 }
 
 gxVector<2> gxPolyline::startPoint() const

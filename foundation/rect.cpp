@@ -1,5 +1,6 @@
 #include "foundation/rect.h"
 
+#include "foundation/detail/finite.h"
 #include "foundation/genrect.h"
 #include "foundation/geomarchive.h"
 #include "foundation/outline.h"
@@ -75,14 +76,15 @@ gxRect gxRect::boundingBox() const
 {
   if (isEmpty_)
     throw gxShapesError::EmptyShape();
-  return around(lowCorner(), highCorner());
+  return gf_finite(around(lowCorner(), highCorner()));
 }
 
 gxVector<2> gxRect::nearestPoint(gxVector<2> const &p) const
 {
   if (isEmpty_)
     throw gxShapesError::EmptyShape();
-  gxVector<2> const low = lowCorner(), high = highCorner();
+  gxVector<2> const low = gf_finite(lowCorner()), high = gf_finite(highCorner());
+  gf_finite(p);
   gxVector<2> const inside(std::clamp(p.x(), low.x(), high.x()), std::clamp(p.y(), low.y(), high.y()));
   if (!(inside == p))
     return inside;
@@ -95,7 +97,7 @@ gxVector<2> gxRect::nearestPoint(gxVector<2> const &p) const
 
 double gxRect::perimeter() const
 {
-  return isEmpty_ ? 0.0 : 2.0 * (std::abs(size_.x()) + std::abs(size_.y()));
+  return isEmpty_ ? 0.0 : gf_finite(2.0 * (std::abs(size_.x()) + std::abs(size_.y())));
 }
 
 bool gxRect::isRightHanded() const
@@ -108,7 +110,7 @@ bool gxRect::isRightHanded() const
 bool gxRect::within(gxVector<2> const &p) const
 {
   if (isEmpty_)
-    throw gxShapesError::NotRegion();
+    return false;
   gxVector<2> const low = lowCorner(), high = highCorner();
   return low.x() <= p.x() && p.x() <= high.x() && low.y() <= p.y() && p.y() <= high.y();
 }

@@ -55,6 +55,7 @@ class GX_API gxRect : public gxShape
   gxVector<2> nearestPoint(gxVector<2> const &p) const override;
   double perimeter() const override;
   bool isRightHanded() const override;
+  /// Nothing is within an empty rectangle; other than for the empty shapes of other classes, that is an answer.
   bool within(gxVector<2> const &p) const override;
   /// A gxGenRect.
   gxPtrHandle<gxShape> mapShape(gxXform<2> const &xform) const override;

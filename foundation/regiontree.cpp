@@ -109,31 +109,15 @@ bool gxRegionTree::within(gxVector<2> const &p) const
   return !isHole_;
 }
 
-template <class Change>
-gxPtrHandle<gxShape> gxRegionTree::changed(Change change) const
+gxPtrHandle<gxShape> gxRegionTree::changed(Change const &change) const
 {
   Children images;
   for (long i = 0; i < numChildren(); ++i)
     images.push_back(region(i).changed(change));
   gxPtrHandle<gxShape> const copy = withChildren(std::move(images));
   if (!boundary_.isNull())
-    static_cast<gxRegionTree &>(*copy).boundary_ = change(*boundary_);
+    static_cast<gxRegionTree &>(*copy).boundary_ = change(boundary_);
   return copy;
-}
-
-gxPtrHandle<gxShape> gxRegionTree::mapShape(gxXform<2> const &xform) const
-{
-  return changed([&](gxShape const &boundary) { return boundary.mapShape(xform); });
-}
-
-gxPtrHandle<gxShape> gxRegionTree::decompose() const
-{
-  return changed([](gxShape const &boundary) { return boundary.decompose(); });
-}
-
-gxPtrHandle<gxShape> gxRegionTree::reverse_() const
-{
-  return changed([](gxShape const &boundary) { return boundary.reverse(); });
 }
 
 void gxRegionTree::sample(gxSampleParams const &params, gxSampleResult &result) const

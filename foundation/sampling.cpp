@@ -148,19 +148,19 @@ void sampleUniformly(gx_Contour const &contour, gxShape::gxSampleParams const &p
   collector.append(contour.pieces.back().point(1.0));
 }
 
-bool isUsable(double limit)
-{
-  return limit >= 0.0;  // not NaN
-}
-
 }  // namespace
+
+void gxShape::gxSampleParams::check() const
+{
+  bool const areLimits = spacing_ >= 0.0 && tolerance_ >= 0.0;  // and not NaN
+  if (!areLimits || (uniformMode_ && spacing_ == 0.0))
+    throw gxShapesError::BadParams();
+}
 
 void gxShape::sample(gxSampleParams const &params, gxSampleResult &result) const
 {
-  if (!isUsable(params.spacing()) || !isUsable(params.tolerance()) || (params.uniformMode() && params.spacing() == 0.0))
-    throw gxShapesError::BadParams();
-  gx_Outline outline;
-  appendOutline(outline);
+  params.check();
+  gx_Outline const outline(*this);
   Collector collector(params, result);
   for (gx_Contour const &contour : outline.contours) {
     if (contour.pieces.empty())

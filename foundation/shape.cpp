@@ -1,7 +1,9 @@
 #include "foundation/shape.h"
 
 #include "foundation/archive.h"
+#include "foundation/detail/finite.h"
 #include "foundation/outline.h"
+#include "foundation/polyline.h"
 #include "foundation/rect.h"
 #include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
@@ -15,31 +17,31 @@ void gxShape::serialize_(gxArchive &archive, unsigned char version)
 
 bool gxShape::loadSimple(gxArchive &archive)
 {
-  return archive.isLoading();
+  if (!archive.isLoading())
+    return false;
+  mutating();  // the fields of this class and of all derived ones are about to change
+  return true;
 }
 
 namespace
 {
 
-gx_Outline outlineOf(gxShape const &shape)
-{
-  gx_Outline outline;
-  shape.appendOutline(outline);
-  return outline;
-}
-
-gx_Outline openContourOf(gxShape const &shape)
+/// The contour with the ends. What else a contour tree may hold stands behind it in the outline.
+std::vector<gx_Piece> openContourOf(gxShape const &shape)
 {
   if (!shape.isOpenContour())
     throw gxShapesError::NotOpenContour();
-  return outlineOf(shape);
+  gx_Outline outline(shape);
+  if (outline.contours.empty() || outline.contours.front().pieces.empty())
+    throw gxShapesError::EmptyShape();
+  return std::move(outline.contours.front().pieces);
 }
 
 gx_Outline regionOf(gxShape const &shape)
 {
   if (!shape.isRegion())
     throw gxShapesError::NotRegion();
-  return outlineOf(shape);
+  return gx_Outline(shape);
 }
 
 gxVector<2> firstPoint(gx_Outline const &outline)
@@ -50,14 +52,6 @@ gxVector<2> firstPoint(gx_Outline const &outline)
   throw gxShapesError::EmptyShape();
 }
 
-gxVector<2> lastPoint(gx_Outline const &outline)
-{
-  for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
-    if (!contour->pieces.empty())
-      return contour->pieces.back().point(1.0);
-  throw gxShapesError::EmptyShape();
-}
-
 /// Calls @p visit for every piece in turn.
 template <class Visit>
 void forPieces(gx_Outline const &outline, Visit visit)
@@ -65,11 +59,6 @@ void forPieces(gx_Outline const &outline, Visit visit)
   for (gx_Contour const &contour : outline.contours)
     for (gx_Piece const &piece : contour.pieces)
       visit(piece);
-}
-
-bool hasDirection(gx_Piece const &piece)
-{
-  return !(piece.tangent(0.0) == gxVector<2>());
 }
 
 }  // namespace
@@ -97,7 +86,7 @@ bool gxShape::isEmpty() const
 bool gxShape::hasTangent() const
 {
   bool has = false;
-  forPieces(outlineOf(*this), [&](gx_Piece const &piece) { has = has || hasDirection(piece); });
+  forPieces(gx_Outline(*this), [&](gx_Piece const &piece) { has = has || piece.hasDirection(); });
   return has;
 }
 
@@ -113,15 +102,16 @@ bool gxShape::isReversible() const
 
 gxRect gxShape::boundingBox() const
 {
-  gxRect const box = outlineOf(*this).bounds();
+  gxRect const box = gx_Outline(*this).bounds();
   if (box.isEmpty())
     throw gxShapesError::EmptyShape();
-  return box;
+  return gf_finite(box);
 }
 
 gxVector<2> gxShape::nearestPoint(gxVector<2> const &p) const
 {
-  gx_Outline const outline = outlineOf(*this);
+  gx_Outline const outline(*this);
+  gf_finite(p);
   gx_Nearest best{firstPoint(outline), 0.0, p.distance(firstPoint(outline))};
   forPieces(outline, [&](gx_Piece const &piece) {
     gx_Nearest const found = piece.nearest(p);
@@ -133,7 +123,7 @@ gxVector<2> gxShape::nearestPoint(gxVector<2> const &p) const
 
 double gxShape::perimeter() const
 {
-  return outlineOf(*this).length();
+  return gf_finite(gx_Outline(*this).length());
 }
 
 double gxShape::nearestPerimPos(gxShapeInfo const &info, gxVector<2> const &p) const
@@ -154,31 +144,28 @@ double gxShape::nearestPerimPos(gxShapeInfo const &info, gxVector<2> const &p) c
 
 gxVector<2> gxShape::startPoint() const
 {
-  return firstPoint(openContourOf(*this));
+  return openContourOf(*this).front().point(0.0);
 }
 
 gxVector<2> gxShape::endPoint() const
 {
-  return lastPoint(openContourOf(*this));
+  return openContourOf(*this).back().point(1.0);
 }
 
 gxRadian gxShape::startAngle() const
 {
-  gx_Outline const outline = openContourOf(*this);
-  for (gx_Contour const &contour : outline.contours)
-    for (gx_Piece const &piece : contour.pieces)
-      if (hasDirection(piece))
-        return piece.tangent(0.0).angle();
+  for (gx_Piece const &piece : openContourOf(*this))
+    if (piece.hasDirection())
+      return piece.tangent(0.0).angle();
   throw gxShapesError::NoTangent();
 }
 
 gxRadian gxShape::endAngle() const
 {
-  gx_Outline const outline = openContourOf(*this);
-  for (auto contour = outline.contours.rbegin(); contour != outline.contours.rend(); ++contour)
-    for (auto piece = contour->pieces.rbegin(); piece != contour->pieces.rend(); ++piece)
-      if (hasDirection(*piece))
-        return piece->tangent(1.0).angle();
+  std::vector<gx_Piece> const pieces = openContourOf(*this);
+  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
+    if (piece->hasDirection())
+      return piece->tangent(1.0).angle();
   throw gxShapesError::NoTangent();
 }
 
@@ -187,15 +174,15 @@ gxRadian gxShape::tangentRotation() const
   double rotation = 0.0;
   bool isFirst = true;
   gxRadian before;
-  forPieces(openContourOf(*this), [&](gx_Piece const &piece) {
-    if (!hasDirection(piece))
-      return;
+  for (gx_Piece const &piece : openContourOf(*this)) {
+    if (!piece.hasDirection())
+      continue;
     if (!isFirst)
       rotation += (piece.tangent(0.0).angle() - before).signedNorm().value();
     rotation += piece.rotation();
     before = piece.tangent(1.0).angle();
     isFirst = false;
-  });
+  }
   if (isFirst)
     throw gxShapesError::NoTangent();
   return gxRadian(rotation);
@@ -204,7 +191,8 @@ gxRadian gxShape::tangentRotation() const
 gxRadian gxShape::windingAngle(gxVector<2> const &p) const
 {
   double angle = 0.0;
-  forPieces(openContourOf(*this), [&](gx_Piece const &piece) { angle += piece.winding(p); });
+  for (gx_Piece const &piece : openContourOf(*this))
+    angle += piece.winding(p);
   return gxRadian(angle);
 }
 
@@ -243,7 +231,7 @@ gxPtrHandle<gxShape> gxShape::reverse_() const
 
 bool gxShape::isMultipleContours_() const
 {
-  return outlineOf(*this).contours.size() > 1;
+  return gx_Outline(*this).contours.size() > 1;
 }
 
 gxPerimPoint gxShape::perimPointAndTangent(gxShapeInfo const &info, double pos) const
@@ -266,6 +254,8 @@ gxPtrHandle<gxShape> gxShape::cloneThat_(gxShape const &that) const
 
 gxPtrHandle<gxShape> gxShape::clip(gxPolyline const &region, gxClipInfo &info) const
 {
+  if (!region.isRegion())
+    throw gxShapesError::NotRegion();
   return clip_(region, info);
 }
 

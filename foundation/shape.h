@@ -33,6 +33,8 @@ struct gxPerimPoint {
 /// - Distances to a region are distances to its outline, from inside too; `within` tells the inside.
 /// - A place along the outline is the length of the way to it from the start of the first contour; contours follow one
 ///   another without a gap. It runs from 0 to `perimeter()`.
+/// - Shapes keep whatever numbers they are given. An answer that would not be finite, since the shape or the question
+///   is not or the numbers are too large, throws BadGeom.
 /// - A right-handed region runs round towards growing angles: its signed area, the sum of half the cross products of
 ///   successive points, is not negative.
 ///
@@ -106,8 +108,8 @@ class GX_API gxShape : public virtual gxPersistent, public virtual gxRepBase
   virtual gxPtrHandle<gxShape> reverse_() const;
 
  public:
-  /// Appends points along the contours to @p result; see gxSampleParams. Throws SampleOverflow and then leaves the
-  /// result as it was.
+  /// Appends points along the contours to @p result; see gxSampleParams. Throws BadParams, SampleOverflow,
+  /// InfiniteShape, and then leaves the result as it was.
   virtual void sample(gxSampleParams const &params, gxSampleResult &result) const;
 
  protected:
@@ -142,7 +144,7 @@ class GX_API gxShape : public virtual gxPersistent, public virtual gxRepBase
 
 /// How densely gxShape::sample puts points on the contours. At least the ends of each smooth piece are taken, and a
 /// point for each quarter turn of an arc. A closed contour ends with the point that it begins with.
-class gxShape::gxSampleParams
+class GX_API gxShape::gxSampleParams
 {
  public:
   gxSampleParams() = default;
@@ -172,6 +174,8 @@ class gxShape::gxSampleParams
   void uniformMode(bool v) { uniformMode_ = v; }
   bool duplicateCorners() const { return duplicateCorners_; }
   void duplicateCorners(bool v) { duplicateCorners_ = v; }
+  /// Throws BadParams for a spacing or tolerance that is negative or NaN, and for uniform mode without a spacing.
+  void check() const;
 
  private:
   double spacing_ = 0.0;

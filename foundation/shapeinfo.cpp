@@ -4,9 +4,8 @@
 
 #include <algorithm>
 
-gxShapeInfo::gxShapeInfo(gxShape const &shape)
+gxShapeInfo::gxShapeInfo(gxShape const &shape) : outline_(shape)
 {
-  shape.appendOutline(outline_);
   double length = 0.0;
   starts_.push_back(length);
   for (std::size_t c = 0; c < outline_.contours.size(); ++c)

@@ -11,7 +11,7 @@
 class GX_API gxShapeInfo
 {
  public:
-  /// Throws gxShapesError::InfiniteShape.
+  /// Throws gxShapesError::InfiniteShape, and BadGeom if a number of the outline is not finite.
   explicit gxShapeInfo(gxShape const &shape);
 
   /// A place on the outline by piece.

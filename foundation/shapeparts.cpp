@@ -57,8 +57,7 @@ gxPtrHandle<gxShape> gxShape::decompose() const
 {
   if (isDecomposed())
     return clone();
-  gx_Outline outline;
-  appendOutline(outline);
+  gx_Outline const outline(*this);
   if (outline.contours.size() <= 1)
     return outline.contours.empty() ? new gxContourTree : decomposed(outline.contours.front());
   if (isRegion()) {
@@ -75,7 +74,11 @@ gxPtrHandle<gxShape> gxShape::decompose() const
 
 gxPtrHandle<gxShape> gxShape::subShape(gxShapeInfo const &info, double from, double to) const
 {
-  gxShapeInfo::Place const first = info.placeAt(from), last = info.placeAt(to);
+  gxShapeInfo::Place const last = info.placeAt(to);
+  gxShapeInfo::Place first = info.placeAt(from);
+  // where pieces meet, a part begins with the later one, and ends with the earlier one
+  while (from < to && first.piece < last.piece && info.lengthBefore(first.piece + 1) <= from)
+    first = {first.piece + 1, 0.0};
   if (info.contourOf(first.piece) != info.contourOf(last.piece))
     throw gxShapesError::BadGeom();
   bool const isClosed = info.outline().contours[info.contourOf(first.piece)].closed;
@@ -189,10 +192,7 @@ class Clipper
 
 gxPtrHandle<gxShape> gxShape::clip_(gxPolyline const &region, gxClipInfo &info) const
 {
-  if (!region.isRegion())
-    throw gxShapesError::NotRegion();
-  gx_Outline outline;
-  appendOutline(outline);
+  gx_Outline const outline(*this);
   gx_Outline inside;
   Clipper clipper(region, inside.contours);
   for (gx_Contour const &contour : outline.contours)

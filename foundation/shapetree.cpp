@@ -67,6 +67,11 @@ bool gxShapeTree::isEmpty() const
   return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isEmpty(); });
 }
 
+bool gxShapeTree::hasTangent() const
+{
+  return std::any_of(children_.begin(), children_.end(), [](auto const &c) { return c->hasTangent(); });
+}
+
 bool gxShapeTree::isDecomposed() const
 {
   return std::all_of(children_.begin(), children_.end(), [](auto const &c) { return c->isDecomposed(); });
@@ -112,28 +117,27 @@ gxPtrHandle<gxShape> gxShapeTree::withChildren(Children children) const
   return copy;
 }
 
-gxPtrHandle<gxShape> gxShapeTree::mapShape(gxXform<2> const &xform) const
+gxPtrHandle<gxShape> gxShapeTree::changed(Change const &change) const
 {
   Children images;
   for (auto const &child : children_)
-    images.push_back(child->mapShape(xform));
+    images.push_back(change(child));
   return withChildren(std::move(images));
+}
+
+gxPtrHandle<gxShape> gxShapeTree::mapShape(gxXform<2> const &xform) const
+{
+  return changed([&](auto const &shape) { return shape->mapShape(xform); });
 }
 
 gxPtrHandle<gxShape> gxShapeTree::decompose() const
 {
-  Children parts;
-  for (auto const &child : children_)
-    parts.push_back(child->isDecomposed() ? child : child->decompose());
-  return withChildren(std::move(parts));
+  return changed([](auto const &shape) { return shape->isDecomposed() ? shape : shape->decompose(); });
 }
 
 gxPtrHandle<gxShape> gxShapeTree::reverse_() const
 {
-  Children turned;
-  for (auto const &child : children_)
-    turned.push_back(child->reverse());
-  return withChildren(std::move(turned));
+  return changed([](auto const &shape) { return shape->reverse(); });
 }
 
 gxPtrHandle<gxShape> gxShapeTree::clip_(gxPolyline const &region, gxClipInfo &info) const
@@ -153,6 +157,7 @@ gxPtrHandle<gxShape> gxShapeTree::clip_(gxPolyline const &region, gxClipInfo &in
 
 void gxShapeTree::sample(gxSampleParams const &params, gxSampleResult &result) const
 {
+  params.check();
   std::size_t const points = result.positions().size(), contours = result.contourStarts().size();
   try {
     for (auto const &child : children_)

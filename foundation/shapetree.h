@@ -2,6 +2,7 @@
 
 #include "foundation/shape.h"
 
+#include <functional>
 #include <vector>
 
 /// Shapes in a row: the base of the trees, and by itself a set of shapes of any kind. Children are shared and constant.
@@ -27,9 +28,15 @@ class GX_API gxShapeTree : public gxShape
   void addChild(gxPtrHandle_const<gxShape> const &child);
   void clearChildren();
 
+  /// What is made of a shape.
+  using Change = std::function<gxPtrHandle_const<gxShape>(gxPtrHandle_const<gxShape> const &)>;
+  /// A tree of the same class with what @p change makes of each child, and of the boundaries of regions.
+  virtual gxPtrHandle<gxShape> changed(Change const &change) const;
+
   bool isFinite() const override;
   /// True if no child has points.
   bool isEmpty() const override;
+  bool hasTangent() const override;
   bool isDecomposed() const override;
   bool isReversible() const override;
   gxRect boundingBox() const override;
@@ -60,9 +67,9 @@ class GX_API gxShapeTree : public gxShape
 };
 
 /// Open contours in a row that form one contour; where the end of one and the start of the next differ, a straight
-/// line joins them. A closed tree, whose end is joined to its start, is a region, an open one an open contour, and
-/// one without children neither. A child that is no open contour has no ends: it stands in the outline as a contour of
-/// its own, and no line leads to it.
+/// line joins them. A closed tree, whose end is joined to its start, is a region, an open one an open contour. A child
+/// that is no open contour has no ends: it stands in the outline behind this contour, as one of its own, and no line
+/// leads to it. A tree without open contours is neither region nor open contour.
 class GX_API gxContourTree : public gxShapeTree
 {
  public:
@@ -75,10 +82,9 @@ class GX_API gxContourTree : public gxShapeTree
   bool isClosed() const { return isClosed_; }
   void isClosed(bool v);
 
-  bool isOpenContour() const override { return !isClosed_ && !isEmpty(); }
-  bool isRegion() const override { return isClosed_ && !isEmpty(); }
+  bool isOpenContour() const override { return !isClosed_ && hasContour(); }
+  bool isRegion() const override { return isClosed_ && hasContour(); }
   gxVector<2> nearestPoint(gxVector<2> const &p) const override;
-  gxRect boundingBox() const override;
   void sample(gxSampleParams const &params, gxSampleResult &result) const override;
   void appendOutline(gx_Outline &outline) const override;
 
@@ -93,6 +99,9 @@ class GX_API gxContourTree : public gxShapeTree
   gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
+  /// True if some child has ends.
+  bool hasContour() const;
+
   bool isClosed_ = false;
 
   GX_SHAPE(gxContourTree);
@@ -129,21 +138,16 @@ class GX_API gxRegionTree : public gxShapeTree
   /// That of the boundary, or of the first child of a root that has none.
   bool isRightHanded() const override;
   bool within(gxVector<2> const &p) const override;
-  gxPtrHandle<gxShape> mapShape(gxXform<2> const &xform) const override;
-  gxPtrHandle<gxShape> decompose() const override;
+  gxPtrHandle<gxShape> changed(Change const &change) const override;
   /// The boundary, then the children.
   void appendOutline(gx_Outline &outline) const override;
 
   friend GX_API bool operator==(gxRegionTree const &a, gxRegionTree const &b);
 
  protected:
-  gxPtrHandle<gxShape> reverse_() const override;
   gxPtrHandle<gxShape> clip_(gxPolyline const &region, gxClipInfo &info) const override;
 
  private:
-  /// A copy with every boundary replaced by what @p change makes of it.
-  template <class Change>
-  gxPtrHandle<gxShape> changed(Change change) const;
   /// A copy of @p tree as a child of a tree of the given kind, and so on down.
   static gxPtrHandle_const<gxShape> asChild(gxRegionTree const &tree, bool parentIsHole);
   gxRegionTree const &region(long i) const;

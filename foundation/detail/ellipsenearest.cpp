@@ -62,21 +62,58 @@ double gx_EllipseNear::sinkBetween(double low, double high, double guess) const
   return s;
 }
 
-double gx_EllipseNear::restored(double s) const
+gxVector<2> gx_EllipseNear::restored(double along, double across) const
 {
-  double along = std::cos(s), across = std::sin(s);
   if (isTall_)
     std::swap(along, across);
-  return std::atan2(std::signbit(point_.y()) ? -across : across, std::signbit(point_.x()) ? -along : along);
+  return {std::signbit(point_.x()) ? -along : along, std::signbit(point_.y()) ? -across : across};
 }
 
-double gx_EllipseNear::nearest() const
+// The line from p to its nearest point is a normal there: with (c, s) on the unit circle,
+//   c (u + a^2 - b^2) = a x  and  s u = b y  for some u > 0,
+// so that u makes N(u) = |(a x / (u + a^2 - b^2), b y / u)| equal to 1. N falls, and 1 / N is concave, so that Newton's
+// steps for 1 / N = 1 from below stay below and are few (A. Conn, N. Gould, P. Toint, Trust-Region Methods, 7.3). Near
+// a cusp of the evolute they would be many: then the bracket is halved, by the logarithm.
+gxVector<2> gx_EllipseNear::nearest() const
 {
-  // far from the ellipse the direction to the point, in the frame of the unit circle, comes near
-  return restored(sinkBetween(0.0, quarterTurn, std::atan2(by_ + focal_ * 0.5, ax_)));
+  if (!(by_ > 0.0)) {
+    double const c = ax_ < focal_ ? ax_ / focal_ : 1.0;
+    return restored(c, std::sqrt((1.0 - c) * (1.0 + c)));
+  }
+  constexpr double converged = 4.5e-16;  // two units in the last place
+  constexpr int patience = 8;            // steps between two halvings
+  constexpr int maxSteps = 200;          // far more than halvings of the logarithms of all doubles need
+  double low = std::max(by_, ax_ - focal_), high = ax_ + by_;
+  // what u is for nearly a circle, to the first order of the difference of the axes
+  double const square = ax_ * ax_ + by_ * by_;
+  double const guess = std::sqrt(square) - focal_ * (ax_ * ax_ / square);
+  double u = low < guess ? guess : low, c = 1.0, s = 0.0, excess = 0.0;
+  for (int i = 1; i <= maxSteps; ++i) {
+    double const inverse = 1.0 / u, inverseFocal = 1.0 / (u + focal_);
+    c = ax_ * inverseFocal;
+    s = by_ * inverse;
+    double const norm = std::sqrt(c * c + s * s);
+    excess = norm - 1.0;
+    if (std::abs(excess) <= converged)
+      break;
+    (excess > 0.0 ? low : high) = u;
+    double next = u + excess * norm * norm / (c * c * inverseFocal + s * s * inverse);
+    if (next == u)
+      break;
+    if (!(low < next && next < high) || i % patience == 0)
+      next = std::sqrt(low) * std::sqrt(high);
+    u = next;
+  }
+  return restored(c - c * excess, s - s * excess);
 }
 
-double gx_EllipseNear::second() const
+gxVector<2> gx_EllipseNear::twin() const
+{
+  gxVector<2> const n = nearest();
+  return isTall_ ? gxVector<2>(-n.x(), n.y()) : gxVector<2>(n.x(), -n.y());
+}
+
+gxVector<2> gx_EllipseNear::second() const
 {
   double s = -quarterTurn;
   if (ax_ > 0.0) {
@@ -84,5 +121,16 @@ double gx_EllipseNear::second() const
     if (w == 0.0 || fall(-w) < 0.0)
       s = sinkBetween(-quarterTurn, -w, -0.5 * (w + quarterTurn));
   }
-  return restored(s);
+  return restored(std::cos(s), std::sin(s));
+}
+
+std::optional<gxVector<2>> gf_onlyNearest(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle,
+                                          gxVector<2> const &p)
+{
+  gxVector<2> const along(1.0, angle), across(-along.y(), along.x()), offset = p - center;
+  gx_EllipseNear const valleys(radii.x(), radii.y(), {along * offset, across * offset});
+  if (valleys.hasTwin())
+    return std::nullopt;
+  gxVector<2> const n = valleys.nearest();
+  return center + along * (n.x() * radii.x()) + across * (n.y() * radii.y());
 }

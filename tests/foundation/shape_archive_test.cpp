@@ -124,11 +124,35 @@ TEST(ShapeArchive, ShortFormHoldsVersionAndFieldsAlone)
   EXPECT_THROW(segment.loadSimple(laterArchive), gxArchive::UnknownVersion);
 }
 
+TEST(ShapeArchive, ShortFormIsAChangeThatAStoringArchiveHearsOf)
+{
+  unsigned char version = 0;
+  gxVector<2> start(5, 6), end(7, 8);
+  std::string const shortForm = stored(version, start, end);
+  gxPtrHandle<gxLineSeg> const segment = new gxLineSeg({1, 2}, {3, 4});
+  std::ostringstream os;
+  {
+    gxStoringArchive out(os);
+    Shape before = segment;
+    out || before;
+    std::istringstream is(shortForm);
+    gxLoadingArchive in(is);
+    EXPECT_TRUE(segment->loadSimple(in));
+    Shape after = segment;
+    out || after;
+  }
+  Shape before, after;
+  load(os.str(), before, after);
+  EXPECT_TRUE(*before == gxLineSeg({1, 2}, {3, 4}));
+  EXPECT_TRUE(*after == gxLineSeg(start, end));  // not the first one again
+}
+
 TEST(ShapeArchive, PlainValuesComeBackEqual)
 {
   gxPoint point(1, 2), pointIn;
   gxEllipse ellipse = gxEllipse({1, 2}, {3, 1}, gxRadian(0.5)).map(gxXform<2>(gxMatrix<2>(1, 2, 3, 4), {0, 1}));
   gxEllipse ellipseIn;
+  EXPECT_EQ(gxEllipse(ellipse.geom(), ellipse.phase()), ellipse);  // the record and the phase are all there is
   gxEllipseArc arc(ellipse, gxRadian(2), gxRadian(1)), arcIn;
   gxPolygon polygon({{1, 2}, {3, 4}, {5, 7}}, gxPolygon::winding), polygonIn;
   load(stored(point, ellipse, arc, polygon), pointIn, ellipseIn, arcIn, polygonIn);

@@ -313,8 +313,34 @@ TEST(MappedShape, ThroughALensIsTheImageOfEachPoint)
     EXPECT_TRUE(*throughHandle(image) == image);
     EXPECT_TRUE(*throughHandle(dynamic_cast<gxMappedShape const &>(*further)) == *further);
   }
+  // sets and trees of regions are bent part by part
+  gxRegionTree target(gxPtrHandle_const<gxShape>(new gxCircle({1, -1}, 3)));
+  gxRegionTree hole(gxPtrHandle_const<gxShape>(new gxCircle({1, -1}, 2)));
+  hole.addRegion(gxPtrHandle_const<gxShape>(new gxCircle({1, -1}, 1)));
+  target.addRegion(hole);
+  gxMappedShape const rings(target, lens);
+  gxPtrHandle<gxShape> const parts = rings.decompose();
+  EXPECT_TRUE(parts->isDecomposed());
+  gxShapeTree const set({gxPtrHandle_const<gxShape>(new gx2Point({3, 3})), target.clone()});
+  gxMappedShape const bentSet(set, lens);
+  EXPECT_EQ(bentSet.nearestPoint({5, 5}), lens.mapPoint({3, 3}));
+  for (int i = 0; i < 60; ++i) {
+    gxVector<2> const p = random.point(4.0), image = lens.mapPoint(p);
+    EXPECT_EQ(rings.within(image), target.within(p)) << p;
+    EXPECT_EQ(parts->within(image), target.within(p)) << p;
+  }
+  gxShape::gxSampleResult result;
+  bentSet.sample({0, 0.1, 1000, false, false}, result);
+  EXPECT_EQ(result.contourStarts().size(), 4u);
+  gxClipInfo info;
+  gxPolyline const corner({{2, 2}, {9, 2}, {9, 9}, {2, 9}}, true);
+  EXPECT_EQ(dynamic_cast<gxShapeTree const &>(*bentSet.clip(corner, info)).numChildren(), 1);
+  EXPECT_TRUE(info.isCut() && !info.isOutside());
+
   gxMappedShape const point(gx2Point(gxVector<2>(3, 3)), lens);
   EXPECT_LE(point.distanceToPoint(lens.mapPoint({3, 3})), 1e-14);
+  EXPECT_TRUE(*point.clip(corner, info) == point);
+  EXPECT_FALSE(info.isCut() || info.isOutside());
   EXPECT_THROW(gxMappedShape(gxLine(gxVector<2>(1, 0), gxVector<2>(0, 2)), lens).perimeter(),
                gxShapesError::InfiniteShape);
 }

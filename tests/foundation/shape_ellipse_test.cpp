@@ -9,6 +9,7 @@
 #include "foundation/matherror.h"
 #include "foundation/outline.h"
 #include "foundation/rect.h"
+#include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
 #include "foundation/shapetree.h"
 #include "tests/foundation/shape_chain.h"
@@ -92,6 +93,23 @@ TEST(EllipseDistance, OfAnArcFindsTheSecondValleyWhereTheFirstIsOffTheArc)
       EXPECT_NEAR(arc.distanceToPoint(p), static_cast<double>(expected), 1e-14 * scale) << arc << " from " << p;
     }
   }
+}
+
+TEST(EllipseDistance, OfTwoEquallyNearPointsTakesTheFirstOfTheOutline)
+{
+  for (bool const rightHanded : {true, false})
+    for (double const phase : {0.0, 1.0, 3.0, 5.5}) {
+      gxEllipse2 const wide({3, 1}, gxRadian(), {0, 0}, rightHanded, gxRadian(phase));
+      gxEllipse2 const tall({1, 3}, gxRadian(), {0, 0}, rightHanded, gxRadian(phase));
+      for (double const along : {0.0, 0.5, -1.5}) {
+        gxVector<2> const onWide = wide.nearestPoint({along, 0}), onTall = tall.nearestPoint({0, along});
+        gxShapeInfo const wideInfo(wide), tallInfo(tall);
+        EXPECT_LT(wide.nearestPerimPos(wideInfo, onWide), wide.nearestPerimPos(wideInfo, {onWide.x(), -onWide.y()}));
+        EXPECT_LT(tall.nearestPerimPos(tallInfo, onTall), tall.nearestPerimPos(tallInfo, {-onTall.x(), onTall.y()}));
+      }
+      gxEllipse2 const round({2, 2}, gxRadian(0.3), {1, 1}, rightHanded, gxRadian(phase));
+      EXPECT_EQ(round.nearestPoint({1, 1}), round.point(gxRadian()));
+    }
 }
 
 /// Simpson's rule in long double.

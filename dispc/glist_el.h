@@ -83,7 +83,7 @@ class GX_API gxGraphicSimple : public gxGraphicBuiltin<T>
 };
 
 /// A graphic of a shape with an inside, which the `fill` of its properties paints. F is the class that the shape turns
-/// into when a transform can no longer keep it an S.
+/// into when it is mapped, since a transform need not keep it an S: a turned gxRect is a gxGenRect.
 template <class S, class F>
 class GX_API gxGraphicWithFill : public gxGraphicBuiltin<S>
 {
@@ -100,9 +100,7 @@ class GX_API gxGraphicWithFill : public gxGraphicBuiltin<S>
   bool fill() const { return this->props().fill(); }
   void fill(bool on) { this->props().fill(on); }
 
-  /// Of a shape: gxGraphicWithFill<F, F> if the mapped shape is an F, else gxGraphicWithFill<S, F> if it is an S;
-  /// throws gxShapesError::DegenerateShape if it is neither, gxBadPointer if it is null. Of the plain ellipse:
-  /// gxGraphicWithFill<gxEllipse, gxEllipse>.
+  /// A gxGraphicWithFill<F, F>, for every transform, the identity included.
   gxPtrHandle<gxGraphic> map(gxXform<2> const &xform) const override;
   gxPtrHandle<gxGraphic> clone() const override;
 

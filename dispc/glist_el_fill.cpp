@@ -12,23 +12,22 @@ char const *nameOf = nullptr;
 GX_GRAPHIC_FILL_INSTANCES(GX_NAME_)
 #undef GX_NAME_
 
+template <class F, class S>
+F mapped(S const &item, gxXform<2> const &xform)
+{
+  if constexpr (std::is_same_v<S, gxCircle> && std::is_same_v<F, gxEllipse2>)
+    return gxEllipse2(item).map(xform);
+  else
+    return item.map(xform);
+}
+
 }  // namespace
 
-// F is tried first: the class changes as soon as the shape has done so.
+// What mapShape() makes of the item, without an object of its own for it.
 template <class S, class F>
 gxPtrHandle<gxGraphic> gxGraphicWithFill<S, F>::map(gxXform<2> const &xform) const
 {
-  if constexpr (!gx_ShapeItem<F>) {
-    return new gxGraphicWithFill<F, F>(this->item().map(xform), this->props());
-  } else {
-    gxPtrHandle<gxShape> const shape = this->item().mapShape(xform);
-    gxShape const &image = *shape;
-    if (auto const *const turned = dynamic_cast<F const *>(&image))
-      return new gxGraphicWithFill<F, F>(*turned, this->props());
-    if (auto const *const kept = dynamic_cast<S const *>(&image))
-      return new gxGraphicWithFill(*kept, this->props());
-    throw gxShapesError::DegenerateShape();
-  }
+  return new gxGraphicWithFill<F, F>(mapped<F>(this->item(), xform), this->props());
 }
 
 template <class S, class F>

@@ -5,6 +5,7 @@
 #include "foundation/archive.h"
 #include "foundation/shapeserror.h"
 #include "foundation/shapetree.h"
+#include "tests/support/allocations.h"
 #include "tests/support/archived.h"
 #include "tests/support/bytes.h"
 #include "tests/support/graphics.h"
@@ -107,6 +108,23 @@ TEST_P(EveryGraphic, ItsImageWearsItsPropertiesAndLiesWhereItsPointsGo)
     EXPECT_EQ(image->distToPoint(p), 1e308);
   } else if (std::string(GetParam().name) != "gxGraphicCross") {
     EXPECT_NEAR(image->distToPoint(turn.mapPoint(p)), 2.0 * graphic->distToPoint(p), 1e-9);
+  }
+}
+
+// A graphic is one piece of memory; only items and groups that hold lists have more.
+TEST_P(EveryGraphic, IsMadeInOneAllocation)
+{
+  gxXform<2> const turn(gxMatrix<2>(0, -2, 2, 0), gxVector<2>(30, 40));
+  std::string const name = GetParam().name;
+  bool const isList = name.find("Poly") + 1 || name.find("Set") + 1 || name.find("Spline") + 1 ||
+                      name.find("Bezier") + 1 || name == "gxGraphicGroup";
+  long const before = allocations;
+  gxPtrHandle<gxGraphic> const copy = GetParam().graphic->clone();
+  long const between = allocations;
+  gxPtrHandle<gxGraphic> const image = GetParam().graphic->map(turn);
+  if (!isList) {
+    EXPECT_EQ(between - before, 1);
+    EXPECT_EQ(allocations - between, 1);
   }
 }
 

@@ -4,6 +4,7 @@
 /// The whole public interface of the library; back ends have headers of their own. A test keeps the list complete.
 
 #include "dispc/color.h"
+#include "dispc/dimtol.h"
 #include "dispc/dispprop.h"
 #include "dispc/flagstack.h"
 #include "dispc/glist.h"
@@ -29,6 +30,9 @@
 #include "dispc/uisketch_writer.h"
 #include "dispc/uistring.h"
 #include "dispc/uitablet.h"
+#include "dispc/wrfm/colors.h"
+#include "dispc/wrfm/description.h"
+#include "dispc/wrfm/dimension.h"
 #include "foundation/affine.h"
 #include "foundation/affinerect.h"
 #include "foundation/angle.h"

@@ -1,0 +1,114 @@
+#include "dispc/wrfm/detail/segmentmeet.h"
+
+#include "foundation/shapeserror.h"
+
+#include <cmath>
+
+namespace
+{
+
+constexpr double tiny = 1e-15;  // absolute: lengths, and the excess of a cosine
+
+/// The directions, from the centre of a circle of radius @p r2, of its points that have distance @p r1 from a point
+/// at distance @p d: theta + turn and theta - turn, with theta the direction away from that point's side.
+struct Triangle {
+  gxDegree turn;
+  int count = 0;  ///< 2, 1 if both are the same, 0 if there are none
+};
+
+Triangle solveTriangle(double r1, double r2, double d, bool excludeEnds)
+{
+  double const k = (r2 * r2 + d * d - r1 * r1) / (2.0 * r2 * d);
+  int const count = std::abs(std::abs(k) - 1.0) > tiny ? 2 : 1;
+  if (std::abs(k) <= 1.0)
+    return {gxRadian(std::acos(k)), count};
+  if (excludeEnds || count == 2 || k != k)
+    return {};
+  return {gxDegree(k > 0.0 ? 0.0 : 180.0), 1};
+}
+
+}  // namespace
+
+gx_Ray gx_Ray::of(gx2SegmentLine const &segment)
+{
+  gxVector<2> const dir = (segment.p2() - segment.p1()).unit();
+  if (dir == gxVector<2>())
+    throw gxShapesError::DegenerateShape();
+  return {segment.p1(), dir};
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentLine const &segment, gx_Ray const &line, bool excludeEnds)
+{
+  gx_Ray const own = gx_Ray::of(segment);
+  gx_Meeting meeting;
+  double const sine = own.dir.cross(line.dir);
+  if (sine != 0.0)
+    meeting.add(own.pos + own.dir * ((line.pos - own.pos).cross(line.dir) / sine));
+  return meeting.filtered([&](auto const &p) { return segment.inRange(p, !excludeEnds); });
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentLine const &segment, gx2SegmentLine const &other, bool excludeEnds)
+{
+  return meet(other, gx_Ray::of(segment), excludeEnds).filtered([&](auto const &p) {
+    return segment.inRange(p, !excludeEnds);
+  });
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds)
+{
+  gx_Ray own = line;
+  if (!arc.xform_.isIdentity()) {
+    gxXform<2> const back = arc.xform_.inverse();
+    own = {back * line.pos, back.mapVector(line.dir).unit()};
+    if (own.dir == gxVector<2>())
+      throw gxShapesError::DegenerateShape();
+  }
+  gxVector<2> const foot = own.foot(arc.center_);
+  double const d = arc.center_.distance(foot);
+  double const r = std::abs(arc.radius_);
+  if (!(d <= r))
+    return {};
+
+  auto const holds = [&](gxVector<2> const &p) { return arc.validAngle_((p - arc.center_).angle(), !excludeEnds); };
+  gx_Meeting meeting;
+  if (r - d <= tiny) {
+    if (holds(foot))
+      meeting.add(foot);
+    return meeting;
+  }
+  double const h = std::sqrt((r - d) * (r + d));
+  for (double const along : {h, -h})
+    if (gxVector<2> const p = foot + own.dir * along; holds(p))
+      meeting.add(arc.xform_ * p);
+  return meeting;
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx2SegmentLine const &segment, bool excludeEnds)
+{
+  return meet(arc, gx_Ray::of(segment), excludeEnds).filtered([&](auto const &p) {
+    return segment.inRange(p, !excludeEnds);
+  });
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx2SegmentArc const &other, bool excludeEnds)
+{
+  gxVector<2> const c1 = arc.center(), c2 = other.center();
+  double const d = c1.distance(c2);
+  if (!(d > tiny))
+    return {};
+  gxDegree const theta = (c1 - c2).angle();
+  double const r2 = other.radius(theta);
+  double const r1 = arc.radius(theta + gxDegree(180.0));
+
+  gx_Meeting candidates;
+  if (!(std::abs(r2) > tiny)) {
+    candidates.add(c2);
+  } else {
+    Triangle const triangle = solveTriangle(r1, r2, d, excludeEnds);
+    if (triangle.count > 0 && other.validAngle(theta + triangle.turn, !excludeEnds))
+      candidates.add(other.arcPoint(theta + triangle.turn));
+    if (triangle.count > 1 && other.validAngle(theta - triangle.turn, !excludeEnds))
+      candidates.add(other.arcPoint(theta - triangle.turn));
+  }
+  return candidates.filtered([&](auto const &p) { return arc.validAngle((p - c1).angle(), !excludeEnds); });
+}

@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 /// @file
 /// Sampling along lines in any direction. The part of each row of samples that has all its pels within the source is
 /// cut into short lines for the kernels; each line starts from an exact position, so that steps in whole numbers do
-/// not stray. The samples near the border and beyond it are taken one by one.
+/// not stray. Where samples reach the border, the source is continued; where that would cost too much, the samples near
+/// the border and beyond it are taken one by one.
 
 namespace gx_affine
 {
@@ -203,12 +205,93 @@ class LineSampler
   double du_, dv_;
   bool areStepsSmall_;
 };
+template <int C>
+unsigned char *putPels(unsigned char *to, unsigned char const *pel, long n)
+{
+  for (long i = 0; i < n; ++i, to += C)
+    std::memcpy(to, pel, C);
+  return to;
+}
+
+/// The part of the source that the samples of a job fall on, where they reach beyond the border: a copy in which the
+/// border goes on as far as they reach, so that none of them is taken one by one.
+template <int C>
+class Continuation
+{
+ public:
+  explicit Continuation(Job const &job) : job_(job)
+  {
+    auto const lastColumn = static_cast<double>(job.columns - 1), lastRow = static_cast<double>(job.rows - 1);
+    gxVector<2> const ends[] = {job.positions * gxVector<2>(lastColumn, 0.0), job.positions * gxVector<2>(0.0, lastRow),
+                                job.positions * gxVector<2>(lastColumn, lastRow)};
+    gxVector<2> low = job.positions * gxVector<2>(), high = low;
+    for (gxVector<2> const &end : ends) {
+      low = {std::min(low.x(), end.x()), std::min(low.y(), end.y())};
+      high = {std::max(high.x(), end.x()), std::max(high.y(), end.y())};
+    }
+    gxVector<2> const margin(8.0, 8.0);  // more than kernels read beyond a sample
+    low_ = low - margin;
+    size_ = high + margin - low_;
+    isOver_ = low_.x() < 0.0 || low_.y() < 0.0 || low_.x() + size_.x() > static_cast<double>(job.sourceWidth) ||
+              low_.y() + size_.y() > static_cast<double>(job.sourceHeight);
+  }
+
+  /// True if some samples are near the border or beyond it, and so dense that the copy costs less than they do.
+  bool isWorthIt() const
+  {
+    constexpr double furthest = 1e9, densest = 3.0;  // pels of the copy for each sample
+    bool const isNear = std::abs(low_.x()) <= furthest && std::abs(low_.y()) <= furthest;
+    auto const samples = static_cast<double>(job_.columns) * static_cast<double>(job_.rows);
+    return isOver_ && isNear && size_.x() * size_.y() <= densest * samples &&
+           size_.x() * C < static_cast<double>(largestRowStep);
+  }
+
+  void sample() const
+  {
+    long const left = static_cast<long>(std::floor(low_.x())), top = static_cast<long>(std::floor(low_.y()));
+    long const width = static_cast<long>(size_.x()) + 2, height = static_cast<long>(size_.y()) + 2;
+    std::unique_ptr<unsigned char[]> const pels(new unsigned char[width * height * C]);
+    unsigned char *to = pels.get();
+    for (long y = top; y < top + height; ++y)
+      to = putRow(y, left, width, to);
+
+    Job job = job_;
+    job.source = pels.get();
+    job.sourceStep = width * C;
+    job.sourceWidth = width;
+    job.sourceHeight = height;
+    gxVector<2> const origin(static_cast<double>(left), static_cast<double>(top));
+    job.positions.translation(job_.positions.translation() - origin);
+    LineSampler<C>(job).run();
+  }
+
+ private:
+  unsigned char *putRow(long y, long left, long width, unsigned char *to) const
+  {
+    unsigned char const *const row = job_.source + std::clamp(y, 0L, job_.sourceHeight - 1) * job_.sourceStep;
+    long const first = std::clamp(left, 0L, job_.sourceWidth);
+    long const end = std::clamp(left + width, first, job_.sourceWidth);
+    long const before = std::clamp(-left, 0L, width);
+    to = putPels<C>(to, row, before);
+    std::memcpy(to, row + first * C, static_cast<std::size_t>((end - first) * C));
+    to += (end - first) * C;
+    return putPels<C>(to, row + (job_.sourceWidth - 1) * C, width - before - (end - first));
+  }
+
+  Job const &job_;
+  gxVector<2> low_, size_;
+  bool isOver_ = false;
+};
 }  // namespace
 
 template <int C>
 void sampleAlongLines(Job const &job)
 {
-  LineSampler<C>(job).run();
+  Continuation<C> const continuation(job);
+  if (continuation.isWorthIt())
+    continuation.sample();
+  else
+    LineSampler<C>(job).run();
 }
 
 template void sampleAlongLines<1>(Job const &);

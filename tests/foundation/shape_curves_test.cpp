@@ -103,42 +103,7 @@ std::vector<Row> rows()
   return table;
 }
 
-class CurveLaws : public testing::TestWithParam<Row>
-{
-};
-
-TEST_P(CurveLaws, HoldForTheShape)
-{
-  checkShape(GetParam());
-}
-
-TEST_P(CurveLaws, HoldForItsImages)
-{
-  checkImages(GetParam());
-}
-
-TEST_P(CurveLaws, HoldForItsDecomposition)
-{
-  checkDecomposition(GetParam());
-}
-
-TEST_P(CurveLaws, HoldBehindAnArchive)
-{
-  std::stringstream stream;
-  gxPtrHandle<gxShape> loaded;
-  {
-    gxStoringArchive out(stream);
-    gxPtrHandle<gxShape> stored = GetParam().shape->clone();
-    out || stored;
-  }
-  gxLoadingArchive in(stream);
-  in || loaded;
-  ASSERT_FALSE(loaded.isNull());
-  EXPECT_TRUE(*loaded == *GetParam().shape);
-  checkBox(*loaded, GetParam().chain);
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, CurveLaws, testing::ValuesIn(rows()), testName);
+INSTANTIATE_TEST_SUITE_P(Table, ShapeLaws, testing::ValuesIn(rows()), testName);
 
 // A rational curve can be a circle exactly, and then all its measures are known to the last digits.
 gxBezierCurve circleQuarter(double radius)

@@ -1,6 +1,7 @@
 // Shapes at their edges: what has no meaning throws the fitting error, what has collapsed gives finite answers, what
 // is not finite does no harm.
 
+#include "foundation/affinerect.h"
 #include "foundation/annulus.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse2.h"
@@ -68,6 +69,12 @@ std::vector<Row> collapsed()
        4,
        {2, 2}},
       {"point general rectangle", shape(new gxGenRect({1, 2}, gxMatrix<2>(0, 0, 0, 0), {1, 1})), atOneTwo, 0, {1, 2}},
+      {"flat affine rectangle",
+       shape(new gxAffineRectangle({0, 2}, {4, 2}, {2, 2})),
+       gxRect({0, 2}, {6, 0}),
+       12,
+       {4, 2}},
+      {"point affine rectangle", shape(new gxAffineRectangle({1, 2}, {1, 2}, {1, 2})), atOneTwo, 0, {1, 2}},
       {"circle of radius 0", shape(new gxCircle({1, 2}, 0)), atOneTwo, 0, {1, 2}},
       {"point ellipse", shape(new gxEllipse2({0, 0}, gxRadian(1), {1, 2})), atOneTwo, 0, {1, 2}},
       {"flat ellipse", shape(new gxEllipse2({2, 0}, gxRadian(), {1, 2})), gxRect({-1, 2}, {4, 0}), 8, {3, 2}},

@@ -8,6 +8,7 @@
 #include "foundation/shapeinfo.h"
 #include "foundation/shapeserror.h"
 #include "tests/foundation/shape_chain.h"
+#include "tests/support/archived.h"
 
 #include <gtest/gtest.h>
 
@@ -273,9 +274,10 @@ inline void checkAll(gxShape const &shape, Chain const &chain, unsigned seed)
 inline void checkShape(Row const &row)
 {
   checkAll(*row.shape, row.chain, 1);
-  gxPtrHandle<gxShape> const copy = row.shape->clone();
+  gxPtrHandle<gxShape> const copy = row.shape->clone(), loaded = throughArchive(copy);
   EXPECT_NE(copy.rep(), row.shape.rep());
-  EXPECT_TRUE(*copy == *row.shape);
+  EXPECT_TRUE(*copy == *row.shape && *loaded == *row.shape);
+  checkBox(*loaded, row.chain);
 }
 
 inline void checkImages(Row const &row)
@@ -296,6 +298,26 @@ inline void checkDecomposition(Row const &row)
   EXPECT_TRUE(parts->isDecomposed());
   EXPECT_EQ(parts->isRegion(), row.shape->isRegion());
   checkAll(*parts, row.chain, 3);
+}
+
+/// A test program gives its table by `INSTANTIATE_TEST_SUITE_P(Table, ShapeLaws, testing::ValuesIn(rows()), testName)`.
+class ShapeLaws : public testing::TestWithParam<Row>
+{
+};
+
+TEST_P(ShapeLaws, HoldForTheShapeAndBehindAnArchive)
+{
+  checkShape(GetParam());
+}
+
+TEST_P(ShapeLaws, HoldForItsImages)
+{
+  checkImages(GetParam());
+}
+
+TEST_P(ShapeLaws, HoldForItsDecomposition)
+{
+  checkDecomposition(GetParam());
 }
 
 }  // namespace shape_test

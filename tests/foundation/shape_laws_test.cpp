@@ -129,25 +129,6 @@ std::vector<Row> rows()
   return table;
 }
 
-class ShapeLaws : public testing::TestWithParam<Row>
-{
-};
-
-TEST_P(ShapeLaws, HoldForTheShape)
-{
-  checkShape(GetParam());
-}
-
-TEST_P(ShapeLaws, HoldForItsImages)
-{
-  checkImages(GetParam());
-}
-
-TEST_P(ShapeLaws, HoldForItsDecomposition)
-{
-  checkDecomposition(GetParam());
-}
-
 INSTANTIATE_TEST_SUITE_P(Table, ShapeLaws, testing::ValuesIn(rows()), testName);
 
 }  // namespace

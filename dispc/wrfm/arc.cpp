@@ -56,6 +56,8 @@ double gx2SegmentArc::radius(gxDegree a) const
 
 gxDegree gx2SegmentArc::angleSpan() const
 {
+  if (xform_.isIdentity())
+    return angleSpan_;
   gxDegree const shear = xform_.matrix().xRot() - xform_.matrix().yRot();
   bool const isMirrored = std::abs(shear.signedNorm().value()) > 90.0;
   // the angles fix the span but for full turns; of these the own span knows

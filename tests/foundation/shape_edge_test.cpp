@@ -456,7 +456,8 @@ TEST(NonFiniteNumbers, AreRefusedWhereTheyWouldBeAnswers)
     };
     gxXform<2> const xform(gxMatrix<2>(bad, 0, 0, 1), {0, bad});
     for (Shape const &s : shapes) {
-      SCOPED_TRACE(testing::Message() << typeid(*s).name() << ' ' << bad);
+      gxShape const &object = *s;
+      SCOPED_TRACE(testing::Message() << typeid(object).name() << ' ' << bad);
       bool const isAnswered = askAll(*s), isImageAnswered = askAll(*s->mapShape(xform));
       if (std::isfinite(bad))
         continue;  // sums and products of such numbers overflow, and do no harm

@@ -37,31 +37,9 @@ Image imageOfUnitCircle(gxVector<2> const &center, gxMatrix<2> const &fromUnit)
   return image;
 }
 
-Image mapped(gxEllipse::gxEllipseGeom const &geom, gxXform<2> const &xform)
-{
-  double const a = xform.matrix().element(0, 0), b = xform.matrix().element(0, 1);
-  double const c = xform.matrix().element(1, 0), d = xform.matrix().element(1, 1);
-  bool const isSimilar = a == d && b == -c;
-  if (!isSimilar && !(a == -d && b == c))
-    return imageOfUnitCircle(xform * geom.center, xform.matrix() * axesMatrix(geom));
-  // a similarity keeps the axes, so that nothing is left to rounding but scale and angle
-  gxRadian const turn(std::atan2(c, a));
-  Image image{
-      gxEllipse(xform * geom.center, geom.radii * std::hypot(a, c), isSimilar ? geom.angle + turn : turn - geom.angle),
-      gxRadian()};
-  image.ellipse.isReversed(isSimilar == (geom.reversed != 0));
-  return image;
-}
-
 }  // namespace
 
 gxEllipse::gxEllipse(gxCircle const &circle) : gxEllipse(circle.center(), {circle.radius(), circle.radius()}, {}) {}
-
-gxEllipse::gxEllipse(gxEllipseGeom const &geom, gxRadian phase) : gxEllipse(geom.center, geom.radii, geom.angle)
-{
-  isReversed(geom.reversed != 0);
-  phase_ = phase;
-}
 
 gxEllipse::gxEllipse(gxEllipseUnit const &unit)
 {
@@ -70,14 +48,9 @@ gxEllipse::gxEllipse(gxEllipseUnit const &unit)
   phase_ = image.phase;
 }
 
-gxEllipse::gxEllipse(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle)
+void gxEllipse::throwBadRadius()
 {
-  if (radii.x() < 0.0 || radii.y() < 0.0)
-    throw gxShapesError::BadRadius();
-  geom_.center = center;
-  geom_.radii = radii;
-  geom_.angle = angle;
-  geom_.degenerate = radii.x() == 0.0 || radii.y() == 0.0 ? 1 : 0;
+  throw gxShapesError::BadRadius();
 }
 
 gxEllipse::gxEllipseUnit gxEllipse::unit() const
@@ -100,9 +73,25 @@ gxVector<2> gxEllipse::point(gxRadian t) const
 
 gxEllipse gxEllipse::map(gxXform<2> const &xform) const
 {
-  Image image = mapped(geom_, xform);
-  image.ellipse.phase_ = phase_ + image.phase;
-  return image.ellipse;
+  double const a = xform.matrix().element(0, 0), b = xform.matrix().element(0, 1);
+  double const c = xform.matrix().element(1, 0), d = xform.matrix().element(1, 1);
+  bool const isSimilar = a == d && b == -c;
+  gxEllipse image;
+  image.phase_ = phase_;
+  if (isSimilar || (a == -d && b == c)) {
+    // A similarity keeps the axes, so that nothing is left to rounding but scale and angle; one that does not turn
+    // either needs no functions for them.
+    bool const isUpright = c == 0.0 && a > 0.0;
+    gxRadian const turn(isUpright ? 0.0 : std::atan2(c, a));
+    image.set(xform * geom_.center, geom_.radii * (isUpright ? a : std::hypot(a, c)),
+              isSimilar ? geom_.angle + turn : turn - geom_.angle);
+    image.isReversed(isSimilar == isReversed());
+  } else {
+    Image const general = imageOfUnitCircle(xform * geom_.center, xform.matrix() * axesMatrix(geom_));
+    image.geom_ = general.ellipse.geom_;
+    image.phase_ = phase_ + general.phase;
+  }
+  return image;
 }
 
 gx_ArcPiece gxEllipse::piece(gxRadian start, gxRadian span) const

@@ -54,13 +54,24 @@ class GX_API gxEllipse
   gxEllipse() = default;
   gxEllipse(gxCircle const &circle);  // NOLINT(google-explicit-constructor): a circle is an ellipse
   /// From its record, and the phase that is not in it. Throws gxShapesError::BadRadius for a negative radius.
-  explicit gxEllipse(gxEllipseGeom const &geom, gxRadian phase = gxRadian());
+  explicit gxEllipse(gxEllipseGeom const &record, gxRadian phase = gxRadian())
+  {
+    geom(record);
+    phase_ = phase;
+  }
   /// Throws gxMathError::Singular if the matrix has no inverse.
   explicit gxEllipse(gxEllipseUnit const &unit);
   /// Throws gxShapesError::BadRadius for a negative radius.
-  gxEllipse(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle);
+  gxEllipse(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle) { set(center, radii, angle); }
 
   gxEllipseGeom const &geom() const { return geom_; }
+  /// What the record says, without a phase. Throws gxShapesError::BadRadius for a negative radius.
+  void geom(gxEllipseGeom const &geom)
+  {
+    set(geom.center, geom.radii, geom.angle);
+    isReversed(geom.reversed != 0);
+    phase_ = gxRadian();
+  }
   gxVector<2> const &center() const { return geom_.center; }
   gxVector<2> const &radii() const { return geom_.radii; }
   gxRadian angle() const { return geom_.angle; }
@@ -100,6 +111,19 @@ class GX_API gxEllipse
   friend GX_API gxArchive &operator||(gxArchive &archive, gxEllipse &ellipse);
 
  private:
+  [[noreturn]] static void throwBadRadius();
+  void set(gxVector<2> const &center, gxVector<2> const &radii, gxRadian angle)
+  {
+    if (radii.x() < 0.0 || radii.y() < 0.0)
+      throwBadRadius();
+    geom_.center = center;
+    geom_.radii = radii;
+    geom_.angle = angle;
+    geom_.degenerate = 0;
+    if (radii.x() == 0.0 || radii.y() == 0.0) [[unlikely]]
+      geom_.degenerate = 1;
+  }
+
   gxEllipseGeom geom_;
   gxRadian phase_;
 };

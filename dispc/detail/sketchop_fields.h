@@ -195,7 +195,7 @@ void gf_describe(Io &io, gx_Field<Io, gxEllipse> &e)
   io.gap(6);
   if constexpr (Io::reads) {
     g.reversed = reversed;
-    e = gxEllipse(g);
+    e.geom(g);
   }
 }
 

@@ -176,7 +176,8 @@ TEST(DimTol, FormsAndLimits)
     Tol turned = t;
     turned.tolType(type);
     EXPECT_EQ(turned.tolType(), type);
-    for (auto const &[d, within] : {std::pair{9.0, true}, {8.999, false}, {12.0, true}, {12.001, false}, {noNumber, false}})
+    for (auto const &[d, within] :
+         {std::pair{9.0, true}, {8.999, false}, {12.0, true}, {12.001, false}, {noNumber, false}})
       EXPECT_EQ(turned.isWithin(d), within) << turned << " at " << d;
     turned.tolType(Tol::Limits);
     EXPECT_EQ(turned, t);

@@ -1,0 +1,286 @@
+#pragma once
+
+#include "dispc/color.h"
+#include "dispc/wrfm/colors.h"
+#include "dispc/wrfm/description.h"
+#include "dispc/wrfm/dimension.h"
+#include "dispc/wrfm/polyvertex.h"
+#include "foundation/exception.h"
+#include "foundation/export.h"
+#include "foundation/rigid.h"
+#include "foundation/vector.h"
+#include "foundation/xform.h"
+
+#include <cmath>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// An outline of a device: an open or closed chain of vertices, joined by lines and circular arcs. A vertex may be
+/// rounded: a fillet of a given radius then joins its two segments, which are cut back to where it touches them.
+/// A segment may have a tolerance of its length, and a vertex a label, which groups vertices into parts of the device.
+///
+/// An outline checks itself at each change. What would cross itself, cannot be rounded, or breaks a tolerance is
+/// refused with an exception that says so, and the outline stays as it was.
+///
+/// @code
+/// gxSMDGDPoly body = gxSMDGDPoly::rectangle(40, 20, {0, 0});
+/// gxSMDGDPolyVertex corner = body.vertex(0, false);
+/// corner.vertexRadius(3);
+/// body.replaceVertex(0, corner);    // rounds a corner
+/// corner.vertexRadius(11);
+/// body.replaceVertex(0, corner);    // throws gxSMDGDPoly::invalidRounding; the corner keeps its radius of 3
+/// @endcode
+///
+/// Numbering: of n vertices, 0 to n - 1, segment i is the one that *ends* at vertex i, and its span and tolerance are
+/// kept there. A closed outline of 2 or more vertices has n segments, segment 0 from the last vertex to the first. An
+/// open one has no segment 0. Where an index of a segment that does not exist is asked for, it is -1.
+class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
+{
+ public:
+  /// Base of the family.
+  GX_EXCEPTION(Errors, gxException);
+  GX_EXCEPTION(invalidVertices, Errors);   ///< a closed outline of fewer than 2 vertices
+  GX_EXCEPTION(crossingSegments, Errors);  ///< the outline crosses itself, or one label claims a segment twice
+  GX_EXCEPTION(invalidIndex, Errors);      ///< no such vertex or segment
+  GX_EXCEPTION(invalidRounding, Errors);   ///< the radius does not fit between the segments
+  GX_EXCEPTION(noPelBuffer, Errors);       ///< nothing to draw on
+  GX_EXCEPTION(badSubModel, Errors);       ///< the part is not two-dimensional
+  GX_EXCEPTION(notClosed, Errors);         ///< an open outline has no inside
+
+  /// @name Creation
+  ///@{
+  /// Open and without vertices.
+  explicit gxSMDGDPoly(std::string name = "poly") : gxSMDGeometricDescription(std::move(name)) {}
+  gxSMDGDPoly(gxSMDGDPoly const &) = default;
+  gxSMDGDPoly(gxSMDGDPoly &&) noexcept = default;
+  gxSMDGDPoly &operator=(gxSMDGDPoly const &other);
+  gxSMDGDPoly &operator=(gxSMDGDPoly &&) noexcept = default;
+  ~gxSMDGDPoly() override;
+
+  /// Two half circles. These three throw what an edit throws, for sizes of 0 and such that are not finite.
+  static gxSMDGDPoly circle(double radius, gxVector<2> const &center);
+  /// Of four vertices, labelled 0 to 3, from the one of greatest x and y towards growing angles.
+  static gxSMDGDPoly rectangle(double width, double height, gxVector<2> const &center);
+  /// With the base along x, towards smaller y, and @p center the mean of the corners.
+  static gxSMDGDPoly triangle(double base, double height, gxVector<2> const &center);
+  ///@}
+
+  /// @name Vertices
+  /// Changes either succeed or leave the outline as it was. They throw invalidIndex, invalidVertices,
+  /// crossingSegments, invalidRounding, gxShapesError::DegenerateShape (a segment without length, or one that its
+  /// roundings use up) and gxShapesError::BadGeom (a length that breaks its tolerance, a coordinate or span that is
+  /// not finite). The vertex may be one of this outline.
+  ///@{
+  long numVertices() const { return static_cast<long>(vertices_.size()); }
+  long numSegments() const { return numVertices() < 2 ? 0 : numVertices() - isOpen_; }
+  std::vector<gxSMDGDPolyVertex> const &vertices() const { return vertices_; }
+  /// Replaces all of them.
+  void vertices(std::vector<gxSMDGDPolyVertex> const &vertices);
+  /// @param wrap takes the index modulo the number of vertices, so that -1 is the last one; throws invalidIndex
+  /// otherwise, and always if there are none
+  gxSMDGDPolyVertex const &vertex(long index, bool wrap) const { return vertices_[vertexAt_(index, wrap)]; }
+  /// The vertex becomes number @p after + 1; -1 inserts at the front.
+  void insertVertex(int after, gxSMDGDPolyVertex const &v);
+  void replaceVertex(int index, gxSMDGDPolyVertex const &v);
+  void deleteVertex(int index);
+  /// Of an open outline only: throws invalidVertices for a closed one.
+  void deleteAllVertices();
+  /// Appends.
+  gxSMDGDPoly &operator<<(gxSMDGDPolyVertex const &v);
+  ///@}
+
+  /// @name Shape
+  ///@{
+  /// The roundings at the ends end with it. Should a rounding beside them be refused, the outline stays open.
+  void open();
+  /// Throws as a change of a vertex does, and invalidVertices for fewer than 2 vertices; stays open then.
+  void close();
+  bool isOpen() const { return isOpen_ != 0; }
+  bool isClosed() const { return isOpen_ == 0; }
+  /// Back to a new outline, named "poly".
+  void reset();
+  ///@}
+
+  /// @name Attributes
+  ///@{
+  /// True if toggleDirection() has swapped the positive and the negative side.
+  bool isDirectionReversed() const { return directionReversed_ != 0; }
+  void toggleDirection();
+  gxSMDColors const &colors() const { return colors_; }
+  void colors(gxSMDColors const &colors);
+  gxColor const &positiveArrowColor() const { return positiveArrowColor_; }
+  void positiveArrowColor(gxColor const &color);
+  gxColor const &negativeArrowColor() const { return negativeArrowColor_; }
+  void negativeArrowColor(gxColor const &color);
+  /// The weight of the outline in its model.
+  double weight() const { return weight_; }
+  void weight(double weight);
+  ///@}
+
+  /// The length of a segment before rounding, with the limits of its tolerance. Throws invalidIndex, and
+  /// gxShapesError::BadGeom if the length does not fit the tolerance.
+  gxSMDDimension segmentDimension(long segment) const;
+
+  /// Open or closed alike, with equal vertices, flags, colours and weights. Names take no part.
+  friend GX_API bool operator==(gxSMDGDPoly const &a, gxSMDGDPoly const &b);
+  /// The same with the vertices and weights within @p eps.
+  friend GX_API bool gfRealEq(gxSMDGDPoly const &a, gxSMDGDPoly const &b, double eps);
+  /// The image, checked as a whole: throws as vertices() does.
+  friend GX_API gxSMDGDPoly operator*(double s, gxSMDGDPoly const &poly);
+  friend GX_API gxSMDGDPoly operator*(gx2Rigid const &map, gxSMDGDPoly const &poly);
+
+ protected:
+  /// A segment whose span exceeds this is an arc, a vertex whose radius does is rounded; also the equality of weights.
+  static constexpr double kSpanEpsilon = 1e-15;
+
+  /// @name Indices
+  /// All throw invalidIndex for arguments out of range, and for an outline without vertices.
+  ///@{
+  int firstVertexIndex_() const { return vertexIndex_(0, false); }
+  int lastVertexIndex_() const { return vertexIndex_(-1, true); }
+  int firstSegmentIndex_() const { return nextSegmentIndex_(0); }
+  int lastSegmentIndex_() const;
+  int vertexIndex_(int index, bool wrap) const { return static_cast<int>(vertexAt_(index, wrap)); }
+  /// As vertexIndex_(); 0 is refused for an open outline.
+  int segmentIndex_(int index, bool wrap) const;
+  /// The segment that ends at the vertex, and the one that starts there; -1 beyond the ends of an open outline.
+  int previousSegmentIndex_(int vertex) const;
+  int nextSegmentIndex_(int vertex) const;
+  void getSegmentIndices_(int &prev, int &next, int vertex) const;
+  /// The vertex where the segment starts, and the one where it ends.
+  int previousVertexIndex_(int segment) const;
+  int nextVertexIndex_(int segment) const;
+  void getVertexIndices_(int &start, int &end, int segment) const;
+  /// True at the two ends of an open outline.
+  bool isEndVertex(int vertex) const;
+  ///@}
+
+  /// @name Fields by index
+  /// Throw invalidIndex.
+  ///@{
+  gxVector<2> const &vertexPoint_(int v) const { return at_(v).point_; }
+  double vertexRadius_(int v) const { return std::abs(at_(v).vertexRadius_); }
+  bool roundingIsUncertain_(int v) const { return at_(v).vertexRadius_ < 0.0; }
+  gxDegree segmentAngleSpan_(int s) const { return at_(s).segmentAngleSpan_; }
+  double percentPrevSegment_(int v) const { return at_(v).percentPrevSegment_; }
+  double percentNextSegment_(int v) const { return at_(v).percentNextSegment_; }
+  long vertexLabel_(int v) const { return at_(v).subModelLabel_; }
+  bool isLineSegment_(int s) const { return !isArcSegment_(s); }
+  bool isArcSegment_(int s) const;
+  /// By its radius; whether it is an end, where the radius has no effect, is not asked.
+  bool vertexIsRounded_(int v) const { return vertexRadius_(v) > kSpanEpsilon; }
+  double forwardPercExtension_(int v) const { return at_(v).forwardPercExtension_; }
+  double backwardPercExtension_(int v) const { return at_(v).backwardPercExtension_; }
+  void forwardPercExtension_(int v, double fraction);
+  void backwardPercExtension_(int v, double fraction);
+  ///@}
+
+  /// @name Measures
+  ///@{
+  double segmentLength_(int s) const;
+  double roundedSegmentLength_(int s) const;
+  gxDegree segmentStartDirection_(int s) const;
+  gxDegree segmentEndDirection_(int s) const;
+  gxVector<2> closestSegmentPoint_(int s, gxVector<2> const &p) const;
+  gxVector<2> closestRoundedSegmentPoint_(int s, gxVector<2> const &p) const;
+  /// Mean of the vertex points; (0, 0) if there are none.
+  gxVector<2> centerOfMass_() const;
+  /// Direction of the chord from vertex 0 to vertex 1; 0 if there are fewer.
+  gxDegree orientation_() const;
+  /// Length of the outline, without those segments and roundings that are not longer than @p minLength.
+  double perimeter_(double minLength) const;
+  /// Length of the mapped outline.
+  double perimeter_(gxXform<2> const &xform) const;
+  /// Of all extensions together.
+  double extensionPerimeter_() const;
+  /// For each segment, its rounded length and that of the rounding at its end.
+  void appendSegmentLengths_(std::vector<double> &out) const;
+  ///@}
+
+  /// @name Rounding
+  ///@{
+  /// Centre of the fillet at vertex @p v. Throws invalidIndex at the ends of an open outline, invalidRounding if there
+  /// is none, and gxShapesError::DegenerateShape.
+  gxVector<2> roundPoint_(int v) const;
+  /// Finds the fillet at @p v anew; throws as roundPoint_() does.
+  void computeVertexRounding_(int v);
+  /// The same at the vertex and those whose fillets depend on it.
+  void computeVertexRoundings_(int v);
+  ///@}
+
+  /// @name Validation
+  /// Each finds the roundings that it needs anew and throws what a refused change throws; whoever calls them keeps
+  /// what there was before.
+  ///@{
+  void validate_();
+  /// After a change of vertex @p i: looks at it, its neighbours and their segments, against all others.
+  void validateReplacement_(int i);
+  void validateInsertion_(int after) { validateReplacement_(after + 1); }
+  void validateDeletion_(int i);
+  void validateClose_();
+  void validateIncremental_() { validateReplacement_(static_cast<int>(numVertices())); }
+  /// Adds the label to the list of labels unless it is there, or is -1.
+  void addVertexLabel_(long label);
+  ///@}
+
+  /// @name Where the outline meets itself
+  /// All reckon with the rounded pieces. @p last bounds the vertices and segments that are looked at; -1 means all.
+  ///@{
+  bool segmentIntersectsVertex_(int s, int v) const;
+  bool vertexIntersectsVertex_(int v, int w) const;
+  bool segmentIntersectsPoly_(int s, int last) const;
+  bool vertexIntersectsPoly_(int v, int last) const;
+  std::vector<gxVector<2>> segmentIntersection_(int s, int t) const;
+  ///@}
+
+  void reInit() override;
+
+ private:
+  friend class gxSMDGDPolyPrivate;
+  class Edit;
+
+  std::size_t vertexAt_(long index, bool wrap) const;
+  gxSMDGDPolyVertex const &at_(int v) const { return vertices_[vertexAt_(v, false)]; }
+  /// True if the vertex has a fillet: rounded, and no end.
+  bool hasFillet_(int v) const { return vertexIsRounded_(v) && !isEndVertex(v); }
+  struct Fillet {
+    gxVector<2> prev, next;
+    double span = 0.0;
+  };
+  /// Where a circle that touches both segments has its centre, looked for along the whole segments or along the halves
+  /// next to the vertex. Throws as roundPoint_() does.
+  gxVector<2> filletCenter_(int v, bool wholePrev, bool wholeNext) const;
+  Fillet filletAbout_(gxVector<2> const &center, int v) const;
+  template <class Visit>
+  void visitSegments_(Visit visit) const;
+  bool claimsTooMuch_(int before, int after) const;
+  void rebuildLabels_();
+  void checkLoaded_(gxArchive const &archive);
+  bool fits_(int v, double size) const;
+  /// Diagonal of the box round the vertices; 0 if there are none.
+  double outlineSize_() const;
+  static void checkFinite_(gxSMDGDPolyVertex const &v);
+  struct Neighbours;
+  /// The vertices whose fillets depend on vertex @p i, as they are found anew; some may be named twice.
+  Neighbours filletsAround_(int i) const;
+
+  std::vector<gxSMDGDPolyVertex> vertices_;
+  std::vector<std::int32_t> subModelLabels_;  ///< the labels but -1, each once
+  std::vector<gxVector<2>> prevRoundPoints_;  ///< per vertex, where the rounding touches the segment ending there
+  std::vector<gxVector<2>> nextRoundPoints_;  ///< per vertex, where it touches the segment starting there
+  std::vector<double> roundSpans_;            ///< per vertex, span of the rounding in degrees
+  std::uint8_t isOpen_ = 1;
+  std::uint8_t directionReversed_ = 0;
+  bool labelsInOrder_ = true;  ///< whether the labels stand in the order of their first vertices
+  gxSMDColors colors_;
+  gxColor positiveArrowColor_ = gxColor::greenColor();
+  gxColor negativeArrowColor_ = gxColor::greenColor();
+  double weight_ = 1.0;
+
+  GX_PERSISTENT(gxSMDGDPoly);
+};
+
+/// The vertices in order, for messages.
+GX_API std::ostream &operator<<(std::ostream &os, gxSMDGDPoly const &poly);

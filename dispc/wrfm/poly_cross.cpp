@@ -1,0 +1,71 @@
+#include "dispc/wrfm/detail/polypiece.h"
+#include "dispc/wrfm/poly.h"
+
+// Where an outline meets itself, found by looking at one piece after the other.
+
+namespace
+{
+/// Adjacent pieces meet at their joint, whatever the rounding of its coordinates: nearer than this, in units of the
+/// size of the outline, a common point is the joint.
+constexpr double kJointTolerance = 1e-9;
+}  // namespace
+
+bool gxSMDGDPoly::segmentIntersectsVertex_(int s, int v) const
+{
+  if (!hasFillet_(v) || s == previousSegmentIndex_(v) || s == nextSegmentIndex_(v))
+    return false;
+  return gx_meet(gxSMDGDPolyPrivate::roundedArcVertex_(*this, v), gx_roundedSegment(*this, s), false).count != 0;
+}
+
+bool gxSMDGDPoly::vertexIntersectsVertex_(int v, int w) const
+{
+  if (!hasFillet_(v) || !hasFillet_(w))
+    return false;
+  gx2SegmentArc const arc = gxSMDGDPolyPrivate::roundedArcVertex_(*this, v);
+  return gx_SegmentMeet::meet(arc, gxSMDGDPolyPrivate::roundedArcVertex_(*this, w), false).count != 0;
+}
+
+std::vector<gxVector<2>> gxSMDGDPoly::segmentIntersection_(int s, int t) const
+{
+  bool const adjacent = s == previousVertexIndex_(t) || t == previousVertexIndex_(s);
+  bool const lines = isLineSegment_(s) && isLineSegment_(t);
+  if (adjacent && lines)
+    return {};
+  gx_Meeting const points = gx_meet(gx_roundedSegment(*this, s), gx_roundedSegment(*this, t), adjacent);
+  if (!adjacent || points.count == 0)
+    return points.toVector();
+
+  double const near = kJointTolerance * outlineSize_();
+  auto const isJoint = [&](gxVector<2> const &p, int before, int after) {
+    return previousVertexIndex_(after) == before && !hasFillet_(before) && p.distance(vertexPoint_(before)) <= near;
+  };
+  return points.filtered([&](gxVector<2> const &p) { return !isJoint(p, s, t) && !isJoint(p, t, s); }).toVector();
+}
+
+bool gxSMDGDPoly::segmentIntersectsPoly_(int s, int last) const
+{
+  int const end = last == -1 ? static_cast<int>(numVertices()) - 1 : last;
+  for (int k = 0; k <= end; ++k) {
+    if (segmentIntersectsVertex_(s, k))
+      return true;
+    int const segment = previousSegmentIndex_(k);
+    if (segment != -1 && segment != s && !segmentIntersection_(s, segment).empty())
+      return true;
+  }
+  return false;
+}
+
+bool gxSMDGDPoly::vertexIntersectsPoly_(int v, int last) const
+{
+  if (!hasFillet_(v))
+    return false;
+  int const end = last == -1 ? static_cast<int>(numVertices()) - 1 : last;
+  for (int k = 0; k <= end; ++k) {
+    if (k != v && vertexIntersectsVertex_(v, k))
+      return true;
+    int const segment = previousSegmentIndex_(k);
+    if (segment != -1 && segmentIntersectsVertex_(segment, v))
+      return true;
+  }
+  return false;
+}

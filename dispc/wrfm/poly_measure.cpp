@@ -1,0 +1,167 @@
+#include "dispc/wrfm/detail/polypiece.h"
+#include "dispc/wrfm/poly.h"
+#include "dispc/wrfm/polyprivate.h"
+
+#include <algorithm>
+#include <cmath>
+
+// ---- Segments
+
+double gxSMDGDPoly::segmentLength_(int s) const
+{
+  return gx_ask(gx_plainSegment(*this, s), [](auto const &piece) { return piece.length(); });
+}
+
+double gxSMDGDPoly::roundedSegmentLength_(int s) const
+{
+  return gx_ask(gx_roundedSegment(*this, s), [](auto const &piece) { return piece.length(); });
+}
+
+gxDegree gxSMDGDPoly::segmentStartDirection_(int s) const
+{
+  return gx_ask(gx_plainSegment(*this, s), [](auto const &piece) { return piece.startDirection(); });
+}
+
+gxDegree gxSMDGDPoly::segmentEndDirection_(int s) const
+{
+  return gx_ask(gx_plainSegment(*this, s), [](auto const &piece) { return piece.endDirection(); });
+}
+
+gxVector<2> gxSMDGDPoly::closestSegmentPoint_(int s, gxVector<2> const &p) const
+{
+  return gx_ask(gx_plainSegment(*this, s), [&](auto const &piece) { return piece.closestPoint(p); });
+}
+
+gxVector<2> gxSMDGDPoly::closestRoundedSegmentPoint_(int s, gxVector<2> const &p) const
+{
+  return gx_ask(gx_roundedSegment(*this, s), [&](auto const &piece) { return piece.closestPoint(p); });
+}
+
+// ---- The outline
+
+gxVector<2> gxSMDGDPoly::centerOfMass_() const
+{
+  gxVector<2> sum;
+  for (gxSMDGDPolyVertex const &v : vertices_)
+    sum += v.point_;
+  return vertices_.empty() ? sum : sum * (1.0 / static_cast<double>(vertices_.size()));
+}
+
+gxDegree gxSMDGDPoly::orientation_() const
+{
+  return numVertices() < 2 ? gxDegree() : gxDegree((vertexPoint_(1) - vertexPoint_(0)).angle());
+}
+
+double gxSMDGDPoly::outlineSize_() const
+{
+  if (vertices_.empty())
+    return 0.0;
+  gxVector<2> low = vertices_.front().point_;
+  gxVector<2> high = low;
+  for (gxSMDGDPolyVertex const &v : vertices_) {
+    low = {std::min(low.x(), v.point_.x()), std::min(low.y(), v.point_.y())};
+    high = {std::max(high.x(), v.point_.x()), std::max(high.y(), v.point_.y())};
+  }
+  return low.distance(high);
+}
+
+template <class Visit>
+void gxSMDGDPoly::visitSegments_(Visit visit) const
+{
+  for (int s = 0; s < numVertices() && numVertices() > 1; ++s)
+    if (previousSegmentIndex_(s) != -1)
+      visit(s);
+}
+
+double gxSMDGDPoly::perimeter_(double minLength) const
+{
+  double sum = 0.0;
+  auto const add = [&](double length) { sum += length > minLength ? length : 0.0; };
+  visitSegments_([&](int s) {
+    add(roundedSegmentLength_(s));
+    if (hasFillet_(s))
+      add(gxSMDGDPolyPrivate::roundedArcVertex_(*this, s).length());
+  });
+  return sum;
+}
+
+double gxSMDGDPoly::perimeter_(gxXform<2> const &xform) const
+{
+  double sum = 0.0;
+  visitSegments_([&](int s) {
+    sum += gx_ask(gx_roundedSegment(*this, s), [&](auto const &piece) { return (xform * piece).length(); });
+    if (hasFillet_(s))
+      sum += (xform * gxSMDGDPolyPrivate::roundedArcVertex_(*this, s)).length();
+  });
+  return sum;
+}
+
+double gxSMDGDPoly::extensionPerimeter_() const
+{
+  double sum = 0.0;
+  visitSegments_([&](int s) {
+    double const extension = forwardPercExtension_(s) + backwardPercExtension_(previousVertexIndex_(s));
+    sum += extension * segmentLength_(s);
+  });
+  return sum;
+}
+
+void gxSMDGDPoly::appendSegmentLengths_(std::vector<double> &out) const
+{
+  visitSegments_([&](int s) {
+    double const fillet = hasFillet_(s) ? gxSMDGDPolyPrivate::roundedArcVertex_(*this, s).length() : 0.0;
+    out.push_back(roundedSegmentLength_(s) + fillet);
+  });
+}
+
+// ---- For tools
+
+std::vector<long> gxSMDGDPolyPrivate::subModelLabels(gxSMDGDPoly const &poly)
+{
+  return {poly.subModelLabels_.begin(), poly.subModelLabels_.end()};
+}
+
+gx2Rigid gxSMDGDPolyPrivate::position(gxSMDGDPoly const &poly)
+{
+  return {poly.orientation_(), poly.centerOfMass_()};
+}
+
+gxDegree gxSMDGDPolyPrivate::vertexAngle(gxSMDGDPoly const &poly, long v, bool wrap)
+{
+  int ps = -1;
+  int ns = -1;
+  poly.getSegmentIndices_(ps, ns, static_cast<int>(poly.vertexAt_(v, wrap)));
+  if (ps == -1 || ns == -1)
+    throw invalidIndex();
+  return (gxDegree(180.0) - (poly.segmentStartDirection_(ns) - poly.segmentEndDirection_(ps))).signedNorm();
+}
+
+bool gxSMDGDPolyPrivate::isCircle(gxSMDGDPoly const &poly)
+{
+  constexpr double radiusTolerance = 0.01;
+  constexpr double spanTolerance = 1.0;
+  double firstRadius = -1.0;
+  double sum = 0.0;
+  bool round = true;
+  poly.visitSegments_([&](int s) {
+    if (!round || !poly.isArcSegment_(s)) {
+      round = false;
+      return;
+    }
+    gx2SegmentArc const arc = roundedArcSegment_(poly, s);
+    double const span = arc.angleSpan().value();
+    double const radius = arc.center().distance(arc.p1());
+    if (firstRadius < 0.0)
+      firstRadius = radius;
+    round = span * sum >= 0.0 && std::abs(radius - firstRadius) <= radiusTolerance;
+    sum += span;
+  });
+  return round && std::abs(std::abs(sum) - gf_turnDegrees) <= spanTolerance;
+}
+
+gxDimTol gxSMDGDPolyPrivate::dimTol(gxSMDDimension const &dimension)
+{
+  gxDimTol tol(dimension.nomDim(), dimension.minDim(), dimension.maxDim(), gxDimTol::Limits);
+  tol.tolType(tolType(dimension.scaleType()));
+  return tol;
+}

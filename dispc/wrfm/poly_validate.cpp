@@ -1,0 +1,109 @@
+#include "dispc/wrfm/detail/polyedit.h"
+#include "dispc/wrfm/poly.h"
+#include "foundation/archive.h"
+
+bool gxSMDGDPoly::claimsTooMuch_(int before, int after) const
+{
+  return percentNextSegment_(before) + percentPrevSegment_(after) > 1.0;
+}
+
+void gxSMDGDPoly::validate_()
+{
+  int const n = static_cast<int>(numVertices());
+  if (isClosed() && n < 2)
+    throw invalidVertices();
+  for (int i = 0; i < n; ++i)
+    computeVertexRounding_(i);
+  if (n < 2)
+    return;
+
+  for (int i = 0; i < n; ++i) {
+    // Each looks back only, so that every pair is looked at once.
+    if (vertexIntersectsPoly_(i, i))
+      throw crossingSegments();
+    if (previousSegmentIndex_(i) == -1)
+      continue;
+    if (segmentIntersectsPoly_(i, i))
+      throw crossingSegments();
+    int const p = vertexIndex_(i - 1, true);
+    if (vertexLabel_(i) != -1 && vertexLabel_(i) == vertexLabel_(p) && claimsTooMuch_(p, i))
+      throw crossingSegments();
+    segmentDimension(i);
+  }
+}
+
+gxSMDGDPoly::Neighbours gxSMDGDPoly::filletsAround_(int i) const
+{
+  Neighbours around;
+  long const n = numVertices();
+  around.add(vertexIndex_(i, false));
+  if (n != 1)
+    around.add(vertexIndex_(i - 1, true));
+  if (n != 2)
+    around.add(vertexIndex_(i + 1, true));
+  if (n != 3 && i == 0 && isClosed())
+    around.add(vertexIndex_(i - 2, true));
+  return around;
+}
+
+void gxSMDGDPoly::computeVertexRoundings_(int v)
+{
+  for (int const around : filletsAround_(v))
+    computeVertexRounding_(around);
+}
+
+void gxSMDGDPoly::validateReplacement_(int i)
+{
+  if (vertices_.empty())
+    return;
+  computeVertexRoundings_(i);
+  if (vertexIntersectsPoly_(i, -1))
+    throw crossingSegments();
+
+  int ps = -1;
+  int ns = -1;
+  getSegmentIndices_(ps, ns, i);
+  int const p = vertexIndex_(i - 1, true);
+  int const q = vertexIndex_(i + 1, true);
+  // Both claims are looked at if the vertex *before* has the same label, the one on the segment behind, too.
+  bool const sharesLabel = vertexLabel_(i) != -1 && vertexLabel_(i) == vertexLabel_(p);
+  if (ps != -1) {
+    if (segmentIntersectsPoly_(ps, -1) || vertexIntersectsPoly_(p, -1))
+      throw crossingSegments();
+    if (sharesLabel && claimsTooMuch_(p, i))
+      throw crossingSegments();
+    segmentDimension(ps);
+  }
+  if (ns != -1) {
+    if (segmentIntersectsPoly_(ns, -1) || vertexIntersectsPoly_(q, -1))
+      throw crossingSegments();
+    if (sharesLabel && claimsTooMuch_(i, q))
+      throw crossingSegments();
+    segmentDimension(ns);
+  }
+}
+
+void gxSMDGDPoly::validateDeletion_(int i)
+{
+  if (isClosed() && numVertices() < 2)
+    throw invalidVertices();
+  if (vertices_.empty())
+    return;
+  validateReplacement_(vertexIndex_(i - 1, true));
+  validateReplacement_(vertexIndex_(i, true));
+}
+
+void gxSMDGDPoly::validateClose_()
+{
+  if (numVertices() < 2)
+    throw invalidVertices();
+  validateReplacement_(0);
+}
+
+gxSMDDimension gxSMDGDPoly::segmentDimension(long segment) const
+{
+  int const s = segmentIndex_(static_cast<int>(vertexAt_(segment, false)), false);
+  gxDimTol tol = at_(s).segmentLengthTol_;
+  tol.nomDim(segmentLength_(s));
+  return gxSMDDimension(tol);
+}

@@ -1,9 +1,11 @@
+#include "dispc/detail/sketchop_table.h"
+#include "dispc/flagstack.h"
 #include "dispc/sketchop.h"
+#include "dispc/sketchop_curves.h"
 #include "dispc/uierror.h"
 #include "dispc/uisketch.h"
 #include "foundation/archive.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <typeinfo>
@@ -22,24 +24,8 @@ constexpr signed char objectVersion = 1;
 /// of the op.
 constexpr std::size_t leastRecord = 18;
 
-/// An op for each code, made when it is first asked for and used again for each of its records.
-class Ops
-{
- public:
-  /// Throws gxUIError::InvalidUISketch for a code that no payload has.
-  gx_UISketchOpData &operator[](long code)
-  {
-    if (code < 0 || code >= static_cast<long>(ops_.size()))
-      throw gxUIError::InvalidUISketch();
-    gxPtrHandle<gx_UISketchOpData> &op = ops_[static_cast<std::size_t>(code)];
-    if (op.isNull())
-      op = gfCreateUISketchOpData(code);
-    return *op;
-  }
-
- private:
-  std::array<gxPtrHandle<gx_UISketchOpData>, gf_sketchCodes.size()> ops_;
-};
+/// Sketches may lie in sketches as deep as a tablet has flags for: one for each that it plays, the outermost one too.
+constexpr int deepest = gxFlagStack::maxDepth - 2;
 
 /// The number of records.
 long countRecords(gxUISketch &sketch)
@@ -57,7 +43,7 @@ void store(gxArchive &archive, gxUISketch &sketch)
   signed char version = objectVersion;
   long count = countRecords(sketch);
   archive || version || count;
-  Ops ops;
+  gx_SketchOpTable ops;
   unsigned char const *at = sketch.bytes();
   for (long i = 0; i < count; ++i) {
     gxPtrHandle<gx_UISketchOpHeader> header(new gx_UISketchOpHeader);
@@ -81,7 +67,7 @@ gxPtrHandle<T> loadObject(gxArchive &archive)
 }
 
 /// What the op of a record has to be like.
-gx_UISketchOpData const &opDue(gxArchive &archive, Ops &ops, long code)
+gx_UISketchOpData const &opDue(gxArchive &archive, gx_SketchOpTable &ops, long code)
 {
   try {
     return ops[code];
@@ -97,7 +83,7 @@ void loadObjects(gxArchive &archive, gxUISketch &sketch)
   if (count < 1)
     return;
   archive.requireBytes(static_cast<std::size_t>(count) * leastRecord, "the records of a sketch");
-  Ops ops;
+  gx_SketchOpTable ops;
   for (long i = 0; i < count; ++i) {
     auto const header = loadObject<gx_UISketchOpHeader>(archive);
     gx_UISketchOpData const &due = opDue(archive, ops, header->opcode());
@@ -129,6 +115,35 @@ long parsePayload(gxArchive &archive, gx_UISketchOpData &op, unsigned char const
   }
 }
 
+/// A sketch inside, whose stream is of the first version as well.
+void appendNested(gxUISketch &sketch, gxPoint const &offset, gxUISketch const &nested)
+{
+  gx_StreamWriter(sketch.append(20)).vector(offset).word(nested.size());
+  sketch += nested;
+}
+
+/// Appends the records of a stream of the first version as they are now. @p depth: sketches around this one.
+void convert(gxArchive &archive, unsigned char const *stream, long length, gxUISketch &sketch, int depth)
+{
+  if (length > 0 && depth > deepest)
+    archive.fail("sketches inside sketches, deeper than a tablet can play them");
+  gx_SketchOpTable ops;
+  for (long at = 0; at < length;) {
+    gx_UISketchOpHeader header;
+    at += parseHead(archive, header, stream + at, length - at);
+    gx_UISketchOpData &op = ops[header.opcode()];
+    at += parsePayload(archive, op, stream + at, length - at);
+    header.populateSketch(sketch);
+    if (auto const *const inner = dynamic_cast<gx_UISketchOpSketch const *>(&op)) {
+      gxUISketch converted;
+      convert(archive, inner->sketch().bytes(), inner->sketch().size(), converted, depth + 1);
+      appendNested(sketch, inner->offset(), converted);
+    } else {
+      op.populateSketch(sketch);
+    }
+  }
+}
+
 void loadStream(gxArchive &archive, gxUISketch &sketch)
 {
   long length = 0;
@@ -138,15 +153,7 @@ void loadStream(gxArchive &archive, gxUISketch &sketch)
   archive.requireBytes(static_cast<std::size_t>(length), "the stream of a sketch");
   std::vector<unsigned char> stream(static_cast<std::size_t>(length));
   archive.raw(reinterpret_cast<char *>(stream.data()), length);
-  Ops ops;
-  for (long at = 0; at < length;) {
-    gx_UISketchOpHeader header;
-    at += parseHead(archive, header, &stream[static_cast<std::size_t>(at)], length - at);
-    gx_UISketchOpData &op = ops[header.opcode()];
-    at += parsePayload(archive, op, stream.data() + at, length - at);
-    header.populateSketch(sketch);
-    op.populateSketch(sketch);
-  }
+  convert(archive, stream.data(), length, sketch, 0);
 }
 }  // namespace
 

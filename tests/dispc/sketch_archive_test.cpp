@@ -337,10 +337,6 @@ TEST(FirstVersion, otherPayloadsAreAsTheyWere)
   std::set<int> changed = {34, 38, 41};
   for (OldPayload const &row : oldPayloads())
     changed.insert(row.codes.begin(), row.codes.end());
-  Bytes const nested = record(15, Bytes().f64s({0, 0}).i32(3).text("abc"));
-  gxUISketch target;
-  loadArchived(firstVersion(nested.get()), target);
-  EXPECT_EQ(bytesOf(target), nested.get());
   for (OpVariant const &variant : opVariants()) {
     if (!variant.records() || changed.count(static_cast<int>(variant.code)))
       continue;
@@ -349,6 +345,30 @@ TEST(FirstVersion, otherPayloadsAreAsTheyWere)
     loadArchived(firstVersion(stream), loaded);
     EXPECT_EQ(bytesOf(loaded), stream) << variant.name;
   }
+}
+
+TEST(FirstVersion, sketchesInsideAreOfTheFirstVersionToo)
+{
+  auto const around = [](Bytes const &stream) {
+    return record(15, join({Bytes().f64s({3, 4}).i32(static_cast<long>(stream.get().size())), stream}));
+  };
+  Bytes const pels = record(0, Bytes().f64s({1, 2})), four = Bytes().f64s({1, 2, 3, 4});
+  Bytes const old = join({pels, around(around(record(32, join({junk(1), four})))), pels});
+  Bytes const now = join({pels, around(around(record(32, four))), pels});
+  gxUISketch target;
+  loadArchived(firstVersion(old.get()), target);
+  EXPECT_EQ(bytesOf(target), now.get());
+  expectDamageIsMet(firstVersion(old.get()));
+
+  // As deep as it can be played, and one deeper.
+  Bytes deep;
+  for (int i = 0; i < 31; ++i)
+    deep = around(deep);
+  target.erase();
+  loadArchived(firstVersion(deep.get()), target);
+  EXPECT_EQ(bytesOf(target), deep.get());
+  gxUITablet().draw(target, gxPoint(), gxUITablet::image);
+  EXPECT_THROW(loadArchived(firstVersion(around(deep).get()), target), gxArchive::Errors);
 }
 
 TEST(FirstVersion, damageLeavesTheTargetAsItWas)

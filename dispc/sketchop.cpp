@@ -129,6 +129,19 @@ gx_UISketchOpHeader &gx_UISketchOpHeader::operator=(gx_UISketchOpHeader const &o
   return *this;
 }
 
+void gx_UISketchOpHeader::reInit()
+{
+  mutating();
+  if (hasProps_)
+    props_ = gxGraphicProps();
+  hasProps_ = false;
+  propsVersion_ = 0;
+  layer_ = gx_UITabletBase::both;
+  color_ = gxColor::cyanColor();
+  props_.penColor_ = color_;
+  opcode_ = -1;
+}
+
 /// Checks before it stores.
 void gx_UISketchOpHeader::readProps(unsigned char const *prefix)
 {

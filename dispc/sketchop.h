@@ -43,6 +43,9 @@ class GX_API gx_UISketchOpHeader : public virtual gxPersistent, public virtual g
   gx_UISketchOpHeader &operator=(gx_UISketchOpHeader const &other);
   ~gx_UISketchOpHeader() override;
 
+  /// As if nothing had been read.
+  void reInit() override;
+
   /// Reads the properties, if they come first, and the head; without properties those of the records before stay in
   /// force, and so does hasProps(). The pen colour becomes the colour of the head. Returns the bytes used.
   /// Throws gxUIError::InvalidUISketch for properties of another version than 0 and for two in a row,

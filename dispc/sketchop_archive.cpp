@@ -38,20 +38,22 @@ long countRecords(gxUISketch &sketch)
   return count;
 }
 
+/// One header and one op for each code serve all records: each is stored once, and no record refers to another.
 void store(gxArchive &archive, gxUISketch &sketch)
 {
   signed char version = objectVersion;
   long count = countRecords(sketch);
   archive || version || count;
+  gx_UISketchOpHeader header;
   gx_SketchOpTable ops;
   unsigned char const *at = sketch.bytes();
   for (long i = 0; i < count; ++i) {
-    gxPtrHandle<gx_UISketchOpHeader> header(new gx_UISketchOpHeader);
-    at += header->parseByteStream(at);
-    archive || header;
-    gxPtrHandle<gx_UISketchOpData> op(gfCreateUISketchOpData(header->opcode()));
-    at += op->parseByteStream(at);
-    archive || op;
+    header.reInit();
+    at += header.parseByteStream(at);
+    gf_passOnce(archive, header);
+    gx_UISketchOpData &op = ops[header.opcode()];
+    at += op.parseByteStream(at);
+    gf_passOnce(archive, op);
   }
 }
 
@@ -66,14 +68,27 @@ gxPtrHandle<T> loadObject(gxArchive &archive)
   return object;
 }
 
-/// What the op of a record has to be like.
-gx_UISketchOpData const &opDue(gxArchive &archive, gx_SketchOpTable &ops, long code)
+/// The op for a record that is loaded.
+gx_UISketchOpData &opDue(gxArchive &archive, gx_SketchOpTable &ops, long code)
 {
   try {
     return ops[code];
   } catch (gxUIError::InvalidUISketch const &) {
     archive.fail("a record of code " + std::to_string(code));
   }
+}
+
+void loadOp(gxArchive &archive, gx_UISketchOpData &due, gxUISketch &sketch)
+{
+  if (gf_passOnce(archive, due)) {
+    due.populateSketch(sketch);
+    return;
+  }
+  auto const op = loadObject<gx_UISketchOpData>(archive);
+  gx_UISketchOpData const &loaded = *op, &asked = due;
+  if (typeid(loaded) != typeid(asked))
+    archive.fail("an op of another code than that of its record");
+  op->populateSketch(sketch);
 }
 
 void loadObjects(gxArchive &archive, gxUISketch &sketch)
@@ -83,16 +98,16 @@ void loadObjects(gxArchive &archive, gxUISketch &sketch)
   if (count < 1)
     return;
   archive.requireBytes(static_cast<std::size_t>(count) * leastRecord, "the records of a sketch");
+  gx_UISketchOpHeader shared;
   gx_SketchOpTable ops;
   for (long i = 0; i < count; ++i) {
-    auto const header = loadObject<gx_UISketchOpHeader>(archive);
-    gx_UISketchOpData const &due = opDue(archive, ops, header->opcode());
-    auto const op = loadObject<gx_UISketchOpData>(archive);
-    gx_UISketchOpData const &loaded = *op;
-    if (typeid(loaded) != typeid(due))
-      archive.fail(std::string("an op of another code than ") + gf_sketchCodeInfo(header->opcode())->name);
-    header->populateSketch(sketch);
-    op->populateSketch(sketch);
+    gxPtrHandle<gx_UISketchOpHeader> own;
+    if (!gf_passOnce(archive, shared))
+      own = loadObject<gx_UISketchOpHeader>(archive);
+    gx_UISketchOpHeader const &header = own.isNull() ? shared : *own;
+    gx_UISketchOpData &op = opDue(archive, ops, header.opcode());
+    header.populateSketch(sketch);
+    loadOp(archive, op, sketch);
   }
 }
 

@@ -144,6 +144,7 @@ class GX_API gxArchive
   friend GX_API gxArchive &operator||(gxArchive &archive, gxPersistent &object);
   friend GX_API gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object);
   friend GX_API gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object);
+  friend GX_API bool gf_passOnce(gxArchive &archive, gxPersistent &object);
 
   /// Makes @p n bytes available at cursor_: room while storing, content while loading.
   void need(std::size_t n)
@@ -241,6 +242,12 @@ GX_API gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object);
 /// Passes an object that is no gxRepBase and has one owner: stored anew each time its owner passes. A loaded reference,
 /// which would give it a second owner, and a gxRepBase throw gxArchive::Errors.
 GX_API gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object);
+
+/// Passes an object that stands for many, one after the other, each of which passes as by a pointer and is met only
+/// once: the archive gives it a number and does not remember it. Storing writes it and returns true. Loading returns
+/// true if an object of the very class of @p object comes, and one of that class has come before by pointer, and has
+/// then loaded it into @p object; otherwise it passes nothing.
+GX_API bool gf_passOnce(gxArchive &archive, gxPersistent &object);
 
 /// What has an `operator||`.
 template <class T>

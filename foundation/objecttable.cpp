@@ -155,18 +155,28 @@ void gx_ObjectTable::storeOwned(gxPersistent *object)
   store(object);
 }
 
+void gx_ObjectTable::storeOnce(gxPersistent &object)
+{
+  if (entries_.size() >= none)
+    archive_.fail("more objects than an archive can number");
+  storeClass(typeid(object));
+  entries_.emplace_back();
+  gx_Pass const pass(archive_, object);
+  object.dispatchSerialize(archive_);
+}
+
 void gx_ObjectTable::storeClass(std::type_info const &type)
 {
   unsigned char kind = objectOfKnownClass;
-  if (lastType_ != &type) {
+  StoredClass &stored = recent(type);
+  if (stored.type != &type) {
     auto const found = storedClasses_.find(&type);
     if (found == storedClasses_.end())
       return storeNewClass(type);
-    lastType_ = &type;
-    lastClass_ = found->second;
+    stored = {&type, found->second};
   }
-  archive_.need(sizeof(kind) + sizeof(lastClass_));
-  archive_.cursor_ = gf_putLittle(gf_putLittle(archive_.cursor_, kind), lastClass_);
+  archive_.need(sizeof(kind) + sizeof(stored.number));
+  archive_.cursor_ = gf_putLittle(gf_putLittle(archive_.cursor_, kind), stored.number);
 }
 
 void gx_ObjectTable::storeNewClass(std::type_info const &type)
@@ -185,9 +195,9 @@ void gx_ObjectTable::storeNewClass(std::type_info const &type)
   auto size = static_cast<unsigned short>(name.size());
   archive_ || kind || size;
   archive_.raw(const_cast<char *>(name.data()), size);
-  lastType_ = &type;
-  lastClass_ = static_cast<unsigned short>(storedClasses_.size());
-  storedClasses_.emplace(&type, lastClass_);
+  auto const number = static_cast<unsigned short>(storedClasses_.size());
+  storedClasses_.emplace(&type, number);
+  recent(type) = {&type, number};
 }
 
 // ---------------------------------------------------------------- loading
@@ -297,6 +307,35 @@ gxPersistent *gx_ObjectTable::loadObject(std::size_t classNumber, Receiver recei
     throw;
   }
   return object;
+}
+
+bool gx_ObjectTable::loadOnce(gxPersistent &object)
+{
+  constexpr std::size_t pointerSize = 1 + sizeof(unsigned short);
+  if (archive_.bytesLeft() < pointerSize)
+    return false;
+  archive_.need(pointerSize);
+  if (*archive_.cursor_ != objectOfKnownClass)
+    return false;
+  std::size_t const loadedClass = gf_getLittle<unsigned short>(archive_.cursor_ + 1);
+  if (loadedClass >= loadedClasses_.size() || loadedClasses_[loadedClass].knownType != &typeid(object))
+    return false;
+  archive_.cursor_ += pointerSize;
+  std::size_t const number = entries_.size();
+  if (number >= std::min<std::size_t>(archive_.limits_.maxObjects, none))
+    archive_.fail("more than " + std::to_string(number) + " objects");
+  entries_.emplace_back();
+  object.mutating();
+  try {
+    gx_Pass const pass(archive_, object);
+    object.reInit();
+    object.dispatchSerialize(archive_);
+  } catch (...) {
+    if (!archive_.pass_)
+      abandon(number);
+    throw;
+  }
+  return true;
 }
 
 void gx_ObjectTable::abandon(std::size_t first) noexcept

@@ -56,6 +56,14 @@ gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object)
   return object;
 }
 
+bool gf_passOnce(gxArchive &archive, gxPersistent &object)
+{
+  if (archive.isLoading())
+    return archive.objects_->loadOnce(object);
+  archive.objects_->storeOnce(object);
+  return true;
+}
+
 gxArchive &operator||(gxArchive &archive, gxPersistent &object)
 {
   bool const outermost = !archive.pass_;

@@ -3,6 +3,7 @@
 #include "foundation/archive.h"
 #include "foundation/detail/archivepass.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -33,6 +34,10 @@ class gx_ObjectTable
   /// For a handle, the archive keeps an object that is no gxRepBase. For an owner, a reference or a gxRepBase is
   /// refused.
   gxPersistent *load(Receiver receiver);
+
+  /// See gf_passOnce().
+  void storeOnce(gxPersistent &object);
+  bool loadOnce(gxPersistent &object);
 
   std::size_t size() const { return entries_.size(); }
   /// Drops the objects from number @p first on, after a failed load: empties them, since they may refer to each other
@@ -86,7 +91,15 @@ class gx_ObjectTable
   std::vector<gxPersistent *> owned_;                                  // shared objects that no handle can own
 
   std::unordered_map<std::type_info const *, unsigned short> storedClasses_;
-  std::type_info const *lastType_ = nullptr;
-  unsigned short lastClass_ = 0;
+  /// Classes that were stored lately, each at a place that its address tells.
+  struct StoredClass {
+    std::type_info const *type = nullptr;
+    unsigned short number = 0;
+  };
+  std::array<StoredClass, 64> recent_;
+  StoredClass &recent(std::type_info const &type)
+  {
+    return recent_[reinterpret_cast<std::uintptr_t>(&type) / alignof(std::max_align_t) % recent_.size()];
+  }
   std::vector<LoadedClass> loadedClasses_;
 };

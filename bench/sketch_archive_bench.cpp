@@ -5,6 +5,7 @@
 #include "foundation/ellipse.h"
 #include "foundation/lineseg.h"
 
+#include <array>
 #include <cstring>
 #include <istream>
 #include <memory>
@@ -16,6 +17,7 @@
 
 #ifdef GXBENCH_HAVE_CEREAL
 #include <cereal/archives/binary.hpp>
+#include <cereal/types/array.hpp>
 #include <cereal/types/memory.hpp>
 #include <cereal/types/polymorphic.hpp>
 #include <cereal/types/string.hpp>
@@ -147,7 +149,7 @@ namespace
 struct PeerHead {
   bool hasProps = true;
   int layer = 1, code = 2, width = 1, style = 0, join = 0, cap = 0;
-  unsigned char color[6] = {7, 249, 255, 0, 0, 0};
+  std::array<unsigned char, 6> color = {7, 249, 255, 0, 0, 0};
   bool fill = false, arrow = true, forward = true, vertices = false;
   template <class Archive>
   void serialize(Archive &archive)
@@ -160,10 +162,14 @@ struct PeerHead {
 };
 struct PeerOp {
   virtual ~PeerOp() = default;
+  template <class Archive>
+  void serialize(Archive &)
+  {
+  }
 };
 template <int numbers>
 struct PeerShape : PeerOp {
-  double v[numbers] = {};
+  std::array<double, numbers> v = {};
   template <class Archive>
   void serialize(Archive &archive)
   {
@@ -179,7 +185,7 @@ struct PeerCircle : PeerShape<3> {
 struct PeerEllipse : PeerShape<6> {
 };
 struct PeerText : PeerShape<2> {
-  unsigned char background[6] = {};
+  std::array<unsigned char, 6> background = {};
   int font = -1, alignment = 0;
   std::string text = "part 4711";
   template <class Archive>

@@ -25,7 +25,6 @@
 #include "dispc/uirect.h"
 #include "dispc/uiscope.h"
 #include "dispc/uisketch.h"
-#include "dispc/uisketch_blocks.h"
 #include "dispc/uisketch_codes.h"
 #include "dispc/uisketch_writer.h"
 #include "dispc/uistring.h"

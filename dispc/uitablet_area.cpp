@@ -1,6 +1,6 @@
+#include "dispc/detail/uisketch_blocks.h"
 #include "dispc/detail/uitablet_draw.h"
 #include "dispc/detail/uitablet_layers.h"
-#include "dispc/uisketch_blocks.h"
 #include "foundation/numbers.h"
 
 #include <algorithm>

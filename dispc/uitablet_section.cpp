@@ -1,5 +1,5 @@
+#include "dispc/detail/uisketch_blocks.h"
 #include "dispc/detail/uitablet_draw.h"
-#include "dispc/uisketch_blocks.h"
 #include "foundation/ellipseannulus.h"
 #include "foundation/ellipsearc.h"
 #include "foundation/lineseg.h"

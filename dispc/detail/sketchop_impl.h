@@ -1,6 +1,5 @@
 #pragma once
 
-#include "dispc/detail/sketchop_fields.h"
 #include "dispc/detail/sketchop_io.h"
 #include "dispc/sketchop.h"
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "dispc/color.h"
+#include "dispc/detail/uisketch_fields.h"
+#include "dispc/detail/uisketch_io.h"
 #include "dispc/sketchop.h"
 #include "dispc/uierror.h"
 #include "dispc/uirect.h"
@@ -24,27 +26,15 @@
 
 /// @file
 /// What can be done with a payload. `describe` of an op, and `gf_describe` of the values in it, tell the fields in
-/// their order to one of the classes here, by `io(name, field)` and the like:
+/// their order to one of these:
 ///
-/// | Class | `reads` | `archives` | Does |
-/// |---|---|---|---|
-/// | gx_PayloadReader | yes | | takes the fields from a stream, trusting it or within bounds |
-/// | gx_PayloadWriter | | | puts them into a stream |
-/// | gx_PayloadCounter | | | adds up their bytes |
-/// | gx_PayloadDumper | | | writes them as text |
-/// | gx_PayloadArchiver | | yes | passes them through an archive, where shapes pass as they do by themselves |
-
-/// A value as a description gets it: to be changed where fields come in.
-template <class Io, class T>
-using gx_Field = std::conditional_t<Io::reads || Io::archives, T, T const>;
-
-/// A number, a truth value or an enumeration.
-template <class T>
-concept gx_Plain = std::is_arithmetic_v<T> || std::is_enum_v<T>;
-
-/// Bytes of the block that a record holds of a shape.
-template <class Shape>
-inline constexpr long gf_blockSize = 0;
+/// | Class | `reads` | `archives` | `isText` | Does |
+/// |---|---|---|---|---|
+/// | gx_PayloadReader | yes | | | takes the fields from a stream, trusting it or within bounds |
+/// | gx_PayloadWriter | | | | puts them into a stream |
+/// | gx_PayloadCounter | | | | adds up their bytes |
+/// | gx_PayloadDumper | | | yes | writes them as text |
+/// | gx_PayloadArchiver | | yes | | passes them through an archive, where shapes pass as they do by themselves |
 
 template <bool bounded>
 class gx_PayloadReader
@@ -77,6 +67,8 @@ class gx_PayloadReader
       value = *take(1) != 0;
     else if constexpr (gx_Plain<T>)
       value = gf_getLittle<T>(take(sizeof(T)));
+    else if constexpr (gx_IsVector<T> && std::endian::native == std::endian::little)
+      std::memcpy(static_cast<gxVector<2> *>(&value), take(sizeof(gxVector<2>)), sizeof(gxVector<2>));
     else
       gf_describe(*this, value);
   }
@@ -133,56 +125,6 @@ class gx_PayloadReader
   unsigned char const *at_;
   long left_ = 0;
   bool version0_ = false;
-};
-
-/// What readers alone know.
-class gx_PayloadGiver
-{
- public:
-  static constexpr bool reads = false;
-  static constexpr bool archives = false;
-  static constexpr bool isText = false;
-  static constexpr bool version0() { return false; }
-};
-
-class gx_PayloadWriter : public gx_PayloadGiver
-{
- public:
-  explicit gx_PayloadWriter(unsigned char *at) : at_(at) {}
-
-  template <class T>
-  void operator()(char const *, T const &value)
-  {
-    if constexpr (std::is_same_v<T, bool>)
-      *at_++ = value;
-    else if constexpr (gx_Plain<T>)
-      at_ = gf_putLittle(at_, value);
-    else
-      gf_describe(*this, value);
-  }
-  long count(char const *name, long n, std::size_t)
-  {
-    (*this)(name, static_cast<std::int32_t>(n));
-    return n;
-  }
-  void gap(long n) { std::memset(room(n), 0, static_cast<std::size_t>(n)); }
-  template <class Shape>
-  void block(char const *name, gx_StreamView const &view);
-  void bytes(unsigned char const *from, long n)
-  {
-    if (n > 0)
-      std::memcpy(room(n), from, static_cast<std::size_t>(n));
-  }
-  /// Room for bytes that the caller fills; null where there is nothing to fill.
-  unsigned char *room(long n)
-  {
-    unsigned char *const to = at_;
-    at_ += n;
-    return to;
-  }
-
- private:
-  unsigned char *at_;
 };
 
 class gx_PayloadCounter : public gx_PayloadGiver
@@ -373,3 +315,52 @@ class gx_PayloadArchiver
  private:
   gxArchive &archive_;
 };
+
+// ---------------------------------------------------------------- views of blocks
+
+/// The shape of a block; one in its start state if there is no block.
+template <class Shape>
+Shape gf_fromBlock(gx_StreamView const &view)
+{
+  Shape shape;
+  if (view.bytes()) {
+    gx_PayloadReader<false> reader(view.bytes());
+    gf_describe(reader, shape);
+  }
+  return shape;
+}
+
+template <class Shape>
+void gf_toBlock(Shape const &shape, gx_StreamView &view)
+{
+  gx_PayloadWriter writer(view.own(gf_blockSize<Shape>));
+  gf_describe(writer, shape);
+}
+
+template <bool bounded>
+template <class Shape>
+void gx_PayloadReader<bounded>::block(char const *, gx_StreamView &view)
+{
+  if (!version0()) {
+    view.look(take(gf_blockSize<Shape>));
+    return;
+  }
+  Shape shape;
+  gf_describe(*this, shape);
+  gf_toBlock(shape, view);
+}
+
+template <class Shape>
+void gx_PayloadDumper::block(char const *name, gx_StreamView const &view)
+{
+  (*this)(name, gf_fromBlock<Shape>(view));
+}
+
+template <class Shape>
+void gx_PayloadArchiver::block(char const *, gx_StreamView &view)
+{
+  auto shape = gf_fromBlock<Shape>(view);
+  archive_ || shape;
+  if (isLoading())
+    gf_toBlock(shape, view);
+}

@@ -1,4 +1,4 @@
-#include "dispc/uisketch_blocks.h"
+#include "dispc/detail/uisketch_blocks.h"
 #include "dispc/uitablet.h"
 #include "foundation/annulus.h"
 #include "foundation/bezier.h"

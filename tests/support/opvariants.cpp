@@ -159,9 +159,17 @@ gxGenRect anyGenRect(OpRandom &r)
   }
 }
 
+/// Half of them images under a shear, whose angles do not start at their axis.
+gxEllipse phased(OpRandom &r)
+{
+  gxEllipse const plain = ellipse(r);
+  return r.flag() ? plain : plain.map(gxXform<2>(gxMatrix<2>(1, 0.5, 0, 2), gxVector<2>()));
+}
+
 gxEllipseAnnulusSection section(OpRandom &r)
 {
-  gxEllipseAnnulus const ring(ellipse(r), ellipse(r));
+  gxEllipse const inner = phased(r);
+  gxEllipseAnnulus const ring(inner, phased(r));
   double const start = r.angle(), end = start + r.angle();
   bool const forward = r.flag(), flag1 = r.flag();
   return gxEllipseAnnulusSection(ring, gxRadian(start), gxRadian(end), forward, flag1, r.flag());

@@ -1,9 +1,12 @@
 #pragma once
 
-#include "dispc/detail/sketchop_io.h"
-#include "dispc/uisketch_blocks.h"
+#include "dispc/color.h"
+#include "dispc/detail/uisketch_io.h"
+#include "dispc/uirect.h"
 #include "dispc/uisketch_codes.h"
+#include "dispc/uistring.h"
 #include "foundation/affinerect.h"
+#include "foundation/angle.h"
 #include "foundation/bezier.h"
 #include "foundation/circle.h"
 #include "foundation/coordaxes.h"
@@ -17,10 +20,14 @@
 #include "foundation/genrect.h"
 #include "foundation/line.h"
 #include "foundation/lineseg.h"
+#include "foundation/pair.h"
 #include "foundation/rect.h"
+#include "foundation/vector.h"
+#include "foundation/xform.h"
 
 #include <array>
 #include <bit>
+#include <cstdint>
 
 /// @file
 /// The fields of the values that payloads are made of, in the order of the stream. A shape is taken apart, its parts
@@ -296,16 +303,27 @@ void gf_describe(Io &io, gx_Field<Io, gxEllipseArc> &arc)
     arc = gxEllipseArc::fromSpan(ellipse, start, span);
 }
 
+/// An ellipse in the block of a section, with its phase, which the first version did not have.
+template <class Io>
+void gf_describePhased(Io &io, char const *name, gx_Field<Io, gxEllipse> &e)
+{
+  gxRadian phase = e.phase();
+  io(name, e);
+  if (!io.version0())
+    io("phase", phase);
+  io.gap(gf_ellipseInBlock - gf_ellipseGeomBlock - (io.version0() ? 0 : 8));
+  if constexpr (Io::reads)
+    e = gxEllipse(e.geom(), io.version0() ? gxRadian() : phase);
+}
+
 template <class Io>
 void gf_describe(Io &io, gx_Field<Io, gxEllipseAnnulusSection> &s)
 {
   gxEllipse inner = s.annulus().innerEllipse(), outer = s.annulus().outerEllipse();
   gxRadian start = s.start(), end = s.end();
   bool forward = s.isForward(), flag1 = s.flag1(), flag2 = s.flag2();
-  io("inner", inner);
-  io.gap(gf_ellipseInBlock - gf_ellipseGeomBlock);
-  io("outer", outer);
-  io.gap(gf_ellipseInBlock - gf_ellipseGeomBlock);
+  gf_describePhased(io, "inner", inner);
+  gf_describePhased(io, "outer", outer);
   io("start", start);
   io("end", end);  // in the first version, the span
   io("forward", forward);
@@ -365,62 +383,4 @@ void gf_describe(Io &io, gx_Field<Io, gxAffineRectangle> &r)
   io.gap((io.version0() ? 176 : gf_affineRectangleBlock) - 104);
   if constexpr (Io::reads)
     r = gxAffineRectangle(po, px, py);
-}
-
-// ---------------------------------------------------------------- views of blocks
-
-/// The shape of a block; one in its start state if there is no block.
-template <class Shape>
-Shape gf_fromBlock(gx_StreamView const &view)
-{
-  Shape shape;
-  if (view.bytes()) {
-    gx_PayloadReader<false> reader(view.bytes());
-    gf_describe(reader, shape);
-  }
-  return shape;
-}
-
-template <class Shape>
-void gf_toBlock(Shape const &shape, gx_StreamView &view)
-{
-  gx_PayloadWriter writer(view.own(gf_blockSize<Shape>));
-  gf_describe(writer, shape);
-}
-
-template <bool bounded>
-template <class Shape>
-void gx_PayloadReader<bounded>::block(char const *, gx_StreamView &view)
-{
-  if (!version0()) {
-    view.look(take(gf_blockSize<Shape>));
-    return;
-  }
-  Shape shape;
-  gf_describe(*this, shape);
-  gf_toBlock(shape, view);
-}
-
-template <class Shape>
-void gx_PayloadWriter::block(char const *, gx_StreamView const &view)
-{
-  if (view.bytes())
-    bytes(view.bytes(), gf_blockSize<Shape>);
-  else
-    gf_describe(*this, Shape());
-}
-
-template <class Shape>
-void gx_PayloadDumper::block(char const *name, gx_StreamView const &view)
-{
-  (*this)(name, gf_fromBlock<Shape>(view));
-}
-
-template <class Shape>
-void gx_PayloadArchiver::block(char const *, gx_StreamView &view)
-{
-  auto shape = gf_fromBlock<Shape>(view);
-  archive_ || shape;
-  if (isLoading())
-    gf_toBlock(shape, view);
 }

@@ -1,9 +1,6 @@
 #include "foundation/fline.h"
 
-#include "foundation/detail/finite.h"
 #include "foundation/geomarchive.h"
-#include "foundation/lineseg.h"
-#include "foundation/rect.h"
 #include "foundation/rigid.h"
 #include "foundation/shapeserror.h"
 
@@ -20,11 +17,11 @@ void gxFLine::passFields_(gxArchive &archive)
 }
 
 gxFLine::gxFLine(gxDegree angle, gxVector<2> const &pos)
-    : dir_(gx2Rigid(angle, {}).mapVector({1.0, 0.0})), pos_(pos)  // right angles give exact directions
+    : gx_EndlessLine(gx2Rigid(angle, {}).mapVector({1.0, 0.0}), pos)  // right angles give exact directions
 {
 }
 
-gxFLine::gxFLine(gxVector<2> const &from, gxVector<2> const &to) : dir_((to - from).unit()), pos_(from)
+gxFLine::gxFLine(gxVector<2> const &from, gxVector<2> const &to) : gx_EndlessLine((to - from).unit(), from)
 {
   if (dir_ == gxVector<2>())
     throw gxShapesError::DegenerateShape();
@@ -48,21 +45,6 @@ gxFLine gxFLine::map(gxXform<2> const &xform) const
   return image;
 }
 
-gxRect gxFLine::boundingBox() const
-{
-  throw gxShapesError::InfiniteShape();
-}
-
-gxVector<2> gxFLine::nearestPoint(gxVector<2> const &p) const
-{
-  return gf_finite(closestPoint(p));
-}
-
-double gxFLine::perimeter() const
-{
-  throw gxShapesError::InfiniteShape();
-}
-
 gxPtrHandle<gxShape> gxFLine::mapShape(gxXform<2> const &xform) const
 {
   return new gxFLine(map(xform));
@@ -73,14 +55,4 @@ gxPtrHandle<gxShape> gxFLine::reverse_() const
   gxFLine *const turned = new gxFLine(*this);
   turned->dir_ = -dir_;
   return turned;
-}
-
-gxPtrHandle<gxShape> gxFLine::clip_(gxPolyline const &region, gxClipInfo &info) const
-{
-  return gxLineSeg::clipLine(dir_, pos_, region, info);
-}
-
-void gxFLine::appendOutline(gx_Outline &) const
-{
-  throw gxShapesError::InfiniteShape();
 }

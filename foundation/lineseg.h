@@ -25,9 +25,6 @@ class GX_API gxLineSeg : public gxShape
     end_ = v;
   }
   double length() const { return start_.distance(end_); }
-  /// The part of an endless line that lies within a region, as segments. @p info says that it was cut.
-  static gxPtrHandle<gxShape> clipLine(gxVector<2> const &dir, gxVector<2> const &pos, gxPolyline const &region,
-                                       gxClipInfo &info);
   gxVector<2> midPoint() const { return (start_ + end_) * 0.5; }
 
   gxLineSeg map(gxXform<2> const &xform) const { return {xform.mapPoint(start_), xform.mapPoint(end_)}; }

@@ -88,11 +88,20 @@ gxVector<2> gxRect::nearestPoint(gxVector<2> const &p) const
   gxVector<2> const inside(std::clamp(p.x(), low.x(), high.x()), std::clamp(p.y(), low.y(), high.y()));
   if (!(inside == p))
     return inside;
-  double const left = p.x() - low.x(), right = high.x() - p.x();
-  double const below = p.y() - low.y(), above = high.y() - p.y();
-  if (std::min(below, above) <= std::min(left, right))
-    return {p.x(), below <= above ? low.y() : high.y()};
-  return {left <= right ? low.x() : high.x(), p.y()};
+  // from inside, the nearest side, and of several the first of the outline
+  gxVector<2> const from = origin_, to = origin_ + size_;
+  double const away[] = {std::abs(p.y() - from.y()), std::abs(p.x() - to.x()), std::abs(p.y() - to.y()),
+                         std::abs(p.x() - from.x())};
+  switch (std::min_element(away, away + 4) - away) {
+    case 0:
+      return {p.x(), from.y()};
+    case 1:
+      return {to.x(), p.y()};
+    case 2:
+      return {p.x(), to.y()};
+    default:
+      return {from.x(), p.y()};
+  }
 }
 
 double gxRect::perimeter() const

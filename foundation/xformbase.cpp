@@ -24,9 +24,15 @@ gxPtrHandle_const<gx2XformBase> gx2XformBase::compose(gxPtrHandle_const<gx2Xform
 {
   if (outer.isNull() || inner.isNull())
     return outer.isNull() ? inner : outer;
-  if (outer->isLinear() && inner->isLinear())
-    return new gx2XformLinear(outer->linearXform({}).xform() * inner->linearXform({}).xform());
-  return new gx2XformComposed(outer, inner);
+  gxPtrHandle_const<gx2XformBase> const product = outer->product_(*inner);
+  return product.isNull() ? new gx2XformComposed(outer, inner) : product;
+}
+
+gxPtrHandle_const<gx2XformBase> gx2XformBase::product_(gx2XformBase const &inner) const
+{
+  if (isLinear() && inner.isLinear())
+    return new gx2XformLinear(linearXform({}).xform() * inner.linearXform({}).xform());
+  return nullptr;
 }
 
 GX_PERSISTENT_ABSTRACT_IMPL(gx2XformBase, 0)

@@ -25,6 +25,7 @@ class GX_API gx2XformBase : public virtual gxPersistent, public virtual gxRepBas
 
   /// The transform that applies @p inner, then @p outer: a gx2XformLinear if both are linear. A null handle stands
   /// for the identity; two of them give a null handle.
+  /// `product_` of the outer one makes the result, where it has one.
   static gxPtrHandle_const<gx2XformBase> compose(gxPtrHandle_const<gx2XformBase> const &outer,
                                                  gxPtrHandle_const<gx2XformBase> const &inner);
 
@@ -34,6 +35,9 @@ class GX_API gx2XformBase : public virtual gxPersistent, public virtual gxRepBas
  protected:
   /// Same class, equal value; unless overridden the very same object.
   virtual bool equal_(gx2XformBase const &other) const;
+  /// The transform that applies @p inner, then this one, as one of a simpler kind than gx2XformComposed; null if there
+  /// is none. Unless overridden, a gx2XformLinear if both are linear.
+  virtual gxPtrHandle_const<gx2XformBase> product_(gx2XformBase const &inner) const;
 
   GX_PERSISTENT_ABSTRACT(gx2XformBase);
 };

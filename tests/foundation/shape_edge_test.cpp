@@ -277,6 +277,11 @@ TEST(Rect, KeepsNegativeSizesAndTellsEmptyFromFlat)
   EXPECT_EQ(r.corner(2), gxVector<2>(1, 5));
   EXPECT_THROW(r.corner(4), gxShapesError::BadCoef);
   EXPECT_EQ(gxRect({0, 0}, {4, 2}).nearestPoint({1, 1.5}), gxVector<2>(1, 2));  // from inside, to the outline
+  // in a tie to the side that comes first
+  EXPECT_EQ(gxRect({0, 0}, {2, 2}).nearestPoint({1, 1}), gxVector<2>(1, 0));
+  EXPECT_EQ(gxRect({2, 2}, {-2, -2}).nearestPoint({1, 1}), gxVector<2>(1, 2));
+  EXPECT_EQ(gxRect({0, 0}, {2, 2}).nearestPoint({1.5, 1.5}), gxVector<2>(2, 1.5));
+  EXPECT_EQ(gxRect({0, 0}, {2, 9}).nearestPoint({1, 4}), gxVector<2>(2, 4));
 }
 
 TEST(Constructors, RefuseWhatNoShapeCanBe)

@@ -1,8 +1,5 @@
 #include "tests/support/hooktablet.h"
-#include "tests/support/opvariants.h"
-
-#include <array>
-#include <string_view>
+#include "tests/support/opsteps.h"
 
 // What a replay calls is what the live drawing called: for every drawing operation, on each layer, at random maps and
 // offsets, alone and in company.
@@ -10,27 +7,6 @@
 namespace
 {
 constexpr auto both = gxUITablet::both;
-
-/// One drawing operation of a random picture.
-struct Step {
-  OpVariant const *variant;
-  unsigned seed;
-  gxUITablet::Layers layer;
-
-  void draw(gxUITablet &tablet) const
-  {
-    OpRandom random(seed);
-    variant->draw(tablet, random, layer);
-  }
-};
-
-/// Operations of which a record does not hold all that they draw: points of a set are drawn with a pen of one pel, a
-/// text ends at its first zero, a shape of a client's replays in cyan, and what makes no record does not replay.
-bool isLossy(OpVariant const &v)
-{
-  std::string_view const name = v.name;
-  return name == "points" || name == "text with a zero" || v.code == gx_SketchCode::genShape || !v.records();
-}
 
 /// Two layers that write down all they are told.
 struct Surface {
@@ -48,27 +24,12 @@ struct Surface {
   }
 };
 
-struct Picture {
-  std::vector<Step> steps;
-  gxXform<2> map;
-  gxVector<2> offset;
-  gxPair<double> scale{1.0, 1.0};
-
-  /// The map of live drawing that a replay at the offset has.
-  gxXform<2> moved() const { return map * gxXform<2>(gxMatrix<2>(), offset); }
-  gxUISketch recorded() const
-  {
-    gxUITablet recorder;
-    recorder.baseMap(moved()).scaleExact(scale);
-    for (Step const &step : steps)
-      step.draw(recorder);
-    return recorder.sketch();
-  }
+struct Picture : OpPicture {
   /// Those of a layer, and those for both on the layer; with `both`, each on its own.
   std::vector<std::string> live(gxUITablet::Layers layer) const
   {
     Surface s(moved(), scale);
-    for (Step step : steps) {
+    for (OpStep step : steps) {
       if (step.layer == both)
         step.layer = layer;
       if (layer == both || step.layer == layer)
@@ -81,14 +42,6 @@ struct Picture {
     Surface s(map, scale);
     s.tablet.draw(sketch, offset, layer);
     return s.log.take();
-  }
-  std::string names() const
-  {
-    std::string all;
-    for (Step const &step : steps)
-      all += std::string(all.empty() ? "" : ", ") + step.variant->name + " (" + std::to_string(step.seed) + ") on " +
-             std::to_string(step.layer);
-    return all;
   }
 };
 
@@ -117,42 +70,12 @@ void expectReplayedAsLive(Picture const &picture)
   }
 }
 
-class Generator
-{
- public:
-  explicit Generator(unsigned seed) : random_(seed) {}
-
-  Step step(OpVariant const &variant)
-  {
-    auto const seed = static_cast<unsigned>(random_.below(1'000'000));
-    return {&variant, seed, static_cast<gxUITablet::Layers>(random_.below(3))};
-  }
-  OpVariant const &variant()
-  {
-    auto const &all = opVariants();
-    return all[static_cast<std::size_t>(random_.below(static_cast<long>(all.size())))];
-  }
-  /// Without steps: a map that turns, shears or mirrors, an offset, and a scale that keeps sums exact.
-  Picture picture()
-  {
-    static constexpr std::array scales = {1.0, 1.0, 2.0, 0.5};
-    double const scale = scales[static_cast<std::size_t>(random_.below(4))];
-    gxVector<2> const x = random_.vector(), y = random_.vector(), shift = random_.vector();
-    gxMatrix<2> const matrix =
-        random_.flag() ? gxMatrix<2>(x.x() / 50, y.x() / 50, x.y() / 50, y.y() / 50) : gxMatrix<2>(1, 0, 0, 1);
-    return {{}, gxXform<2>(matrix, shift), random_.flag() ? random_.vector() : gxVector<2>(), {scale, scale}};
-  }
-
- private:
-  OpRandom random_;
-};
-
 TEST(PlaybackLaw, EachOperationReplaysAsItWasDrawn)
 {
   for (OpVariant const &variant : opVariants())
     for (unsigned seed = 1; !isLossy(variant) && seed <= 12; ++seed) {
-      Generator generate(seed);
-      Picture picture = generate.picture();
+      OpGenerator generate(seed);
+      Picture picture{generate.picture()};
       picture.steps = {generate.step(variant)};
       expectReplayedAsLive(picture);
       if (testing::Test::HasFailure())
@@ -164,8 +87,8 @@ TEST(PlaybackLaw, EachOperationReplaysAsItWasDrawn)
 TEST(PlaybackLaw, OperationsInCompanyReplayAsTheyWereDrawn)
 {
   for (unsigned seed = 1; seed <= 150; ++seed) {
-    Generator generate(seed);
-    Picture picture = generate.picture();
+    OpGenerator generate(seed);
+    Picture picture{generate.picture()};
     while (picture.steps.size() < 16) {
       OpVariant const &variant = generate.variant();
       if (!isLossy(variant) && !variant.erases())

@@ -37,6 +37,7 @@
 #include "dispc/wrfm/poly.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "dispc/wrfm/polyvertex.h"
+#include "dispc/wrfm/synthetic.h"
 #include "foundation/affine.h"
 #include "foundation/affinerect.h"
 #include "foundation/angle.h"

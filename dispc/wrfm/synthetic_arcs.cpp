@@ -1,0 +1,130 @@
+#include "dispc/wrfm/detail/synthetic.h"
+#include "dispc/wrfm/synthetic.h"
+#include "foundation/numbers.h"
+#include "foundation/shapeserror.h"
+
+#include <algorithm>
+#include <cmath>
+
+// Arcs of synthetic images, as chains of chords.
+
+namespace
+{
+
+using Buffer = gxPelBuffer<unsigned char>;
+using Point = gxVector<2>;
+
+/// The running extents, each of which may be missing.
+struct Extents {
+  double *minX, *maxX, *minY, *maxY;
+
+  void add(Point const &p) const
+  {
+    take(minX, p.x(), p.x() < (minX ? *minX : 0.0));
+    take(maxX, p.x(), p.x() > (maxX ? *maxX : 0.0));
+    take(minY, p.y(), p.y() < (minY ? *minY : 0.0));
+    take(maxY, p.y(), p.y() > (maxY ? *maxY : 0.0));
+  }
+  static void take(double *to, double value, bool exceeds)
+  {
+    if (to && exceeds)
+      *to = value;
+  }
+};
+
+/// True if an end lies in the window grown by a pel, or the arc crosses one of its sides.
+bool mayShow(gx2SegmentArc const &arc, gxPelRect const &window)
+{
+  double const left = double(window.x()) - 1.0, right = double(window.x()) + double(window.width()) + 1.0;
+  double const top = double(window.y()) - 1.0, bottom = double(window.y()) + double(window.height()) + 1.0;
+  auto const holds = [&](Point const &p) { return p.x() >= left && p.x() <= right && p.y() >= top && p.y() <= bottom; };
+  if (holds(arc.p1()) && holds(arc.p2()))
+    return true;
+  gx2SegmentLine const sides[] = {
+      {{left, top}, {right, top}},
+      {{left, bottom}, {right, bottom}},
+      {{left, top}, {left, bottom}},
+      {{right, top}, {right, bottom}},
+  };
+  return std::any_of(std::begin(sides), std::end(sides),
+                     [&](gx2SegmentLine const &side) { return !arc.intersection(side, false).empty(); });
+}
+
+constexpr double coarsest = 5.0;  // degrees
+constexpr double sagitta = 0.05;  // pels, the farthest that a chord may lie from its arc
+constexpr long mostChords = 1'000'000;
+
+/// The greatest angle of a chord, in degrees, on an arc of a radius in pels.
+double chordAngle(double radius)
+{
+  if (!(radius > sagitta))
+    return coarsest;
+  return std::min(coarsest, gxDegree(gxRadian(2.0 * std::acos(1.0 - sagitta / radius))).value());
+}
+
+long chordCount(double chords)
+{
+  return std::min(static_cast<long>(gf_truncate(std::abs(chords))) + 1, mostChords);
+}
+
+/// Calls chord(later, earlier) for each of n chords.
+template <class PointAt, class Chord>
+void walk(gx2SegmentArc const &arc, long n, PointAt pointAt, Chord chord)
+{
+  gxDegree const step(arc.angleSpan().value() / double(n));
+  gxDegree angle = arc.startAngle();
+  Point before = pointAt(angle);
+  for (long i = 0; i < n; ++i) {
+    angle = angle + step;
+    Point const p = pointAt(angle);
+    chord(p, before);
+    before = p;
+  }
+}
+
+bool isFinite(gx2SegmentArc const &arc)
+{
+  Point const p = arc.p1(), q = arc.p2(), c = arc.center();
+  return std::isfinite(p.x() + p.y()) && std::isfinite(q.x() + q.y()) && std::isfinite(c.x() + c.y());
+}
+
+}  // namespace
+
+void drawArcPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, signed char colour,
+                   signed char smooth, double *minX, double *maxX, double *minY, double *maxY)
+{
+  buffer.checkBound();
+  gx2SegmentArc const image = xform * arc;
+  if (!isFinite(image) || !mayShow(image, buffer.window()))
+    return;
+  Extents const extents{minX, maxX, minY, maxY};
+  auto const value = static_cast<unsigned char>(colour);
+  double const step = chordAngle(image.radius(gxDegree(0)));
+  walk(
+      arc, chordCount(arc.angleSpan().value() / step), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
+      [&](Point const &q, Point const &before) {
+        if (!smooth)
+          extents.add(q);
+        if (q == before)
+          throw gxShapesError::DegenerateShape();
+        gf_drawSyntheticLine(buffer, q, before, gxXform<2>(), value, smooth);
+      });
+}
+
+void drawHorizontalExtentsPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, signed char colour,
+                                 double *minX, double *maxX, double *minY, double *maxY)
+{
+  buffer.checkBound();
+  if (!isFinite(xform * arc))
+    return;
+  Extents const extents{minX, maxX, minY, maxY};
+  auto const value = static_cast<unsigned char>(colour);
+  walk(
+      arc, chordCount(arc.angleSpan().value() * (1.0 / coarsest)), [&](gxDegree a) { return arc.arcPoint(a); },
+      [&](Point const &p, Point const &before) {
+        extents.add(xform.mapPoint(p));
+        if (p == before)
+          throw gxShapesError::DegenerateShape();
+        gf_markSyntheticExtents(buffer, p, before, xform, value);
+      });
+}

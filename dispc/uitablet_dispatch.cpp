@@ -16,6 +16,7 @@
 #include "foundation/linesegset.h"
 #include "foundation/mappedshape.h"
 #include "foundation/polyline.h"
+#include "foundation/shapeserror.h"
 #include "foundation/shapetree.h"
 #include "foundation/xformbase.h"
 
@@ -84,10 +85,13 @@ class Dispatch
     else
       return shape.map(linear);
   }
+  /// Of a shape that is not finite any point will do: it is drawn nowhere.
   static gxVector<2> middle(gxShape const &shape)
-  {
+  try {
     gxRect const box = shape.boundingBox();
     return box.origin() + box.size() * 0.5;
+  } catch (gxShapesError::BadGeom const &) {
+    return {};
   }
 
   template <class Shape>

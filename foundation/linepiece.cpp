@@ -20,9 +20,12 @@ gxVector<2> gx_LinePiece::tangent(double) const
 
 gx_Nearest gx_LinePiece::nearest(gxVector<2> const &p) const
 {
-  gxVector<2> const along = to - from;
+  constexpr double large = 1e150;  // beyond it squares overflow
+  bool const isLarge = std::abs(to.x() - from.x()) > large || std::abs(to.y() - from.y()) > large;
+  double const scale = isLarge ? 0x1p-600 : 1.0;
+  gxVector<2> const along = (to - from) * scale;
   double const square = along * along;
-  double const param = square > 0.0 ? std::clamp(along * (p - from) / square, 0.0, 1.0) : 0.0;
+  double const param = square > 0.0 ? std::clamp(along * ((p - from) * scale) / square, 0.0, 1.0) : 0.0;
   gxVector<2> const found = point(param);
   return {found, param, p.distance(found)};
 }

@@ -2,8 +2,10 @@
 #include "dispc/uitablet.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
+#include "foundation/lensxform.h"
 #include "foundation/line.h"
 #include "foundation/lineseg.h"
+#include "foundation/mappedshape.h"
 #include "foundation/polygon.h"
 #include "foundation/polyline.h"
 #include "tests/support/bytes.h"
@@ -309,6 +311,9 @@ TEST_F(Drawing, NonFiniteShapesAreRecordedAsTheyAre)
     tablet.set(gxRect({bad, 0}, {1, bad}), gxColor(1), image);
     tablet.drawToRelPels(gxVector<2>(bad, 1), 1e30f, gxColor(1), image);
     tablet.drawClipRect(gxRect({bad, 0}, {1, bad}), image);
+    gx2XformLens const lens({0, 0}, 5, -0.1);
+    tablet.draw(gxMappedShape(gxLineSeg({bad, 0}, {1, bad}), lens), gxGraphicProps(), image);
+    tablet.draw(gxMappedShape(gxPolyline({{bad, 0}, {1, bad}}), lens), gxGraphicProps(), image);
   }
   EXPECT_GT(tablet.sketch().size(), 0);
 }

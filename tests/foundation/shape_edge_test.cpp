@@ -403,6 +403,13 @@ TEST(ContourTree, HasTheEndsOfItsContoursWhateverElseItHolds)
   }
 }
 
+TEST(LineSeg, MeasuresWhatIsLargerThanTheRootOfAllNumbers)
+{
+  gxLineSeg const vast({-3e200, -1e200}, {5e200, 7e200});
+  EXPECT_LE(vast.nearestPoint({5e200, -1e200}).distance({1e200, 3e200}), 1e185);
+  EXPECT_EQ(vast.nearestPoint({9e200, 8e200}), gxVector<2>(5e200, 7e200));
+}
+
 TEST(SubShape, BeginsBehindACornerAndOnTheContourThatItEndsOn)
 {
   gxRect const square({0, 0}, {1, 1});

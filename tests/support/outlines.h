@@ -7,9 +7,24 @@
 #include "tests/support/archived.h"
 
 #include <cstdio>
-#include <optional>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
+
+/// Numbers that are the same on every machine.
+class Random
+{
+ public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+  double in(double low, double high) { return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53; }
+  int below(int n) { return static_cast<int>(engine_() % static_cast<unsigned>(n)); }
+  /// One chance in @p n.
+  bool one(int n) { return below(n) == 0; }
+
+ private:
+  std::mt19937_64 engine_;
+};
 
 /// The part of a vertex that a test states.
 struct Corner {
@@ -64,6 +79,16 @@ class Outline : public gxSMDGDPoly
   using gxSMDGDPoly::vertexRadius_;
 
   bool isRounded(int v) const { return vertexIsRounded_(v) && !isEndVertex(v); }
+  /// The ends of a segment between its roundings.
+  std::pair<gxVector<2>, gxVector<2>> roundedEnds(int s) const
+  {
+    if (isArcSegment_(s)) {
+      gx2SegmentArc const arc = gxSMDGDPolyPrivate::roundedArcSegment_(*this, s);
+      return {arc.p1(), arc.p2()};
+    }
+    gx2SegmentLine const line = gxSMDGDPolyPrivate::roundedLineSegment_(*this, s);
+    return {line.p1(), line.p2()};
+  }
   gx2SegmentArc fillet(int v) const { return gxSMDGDPolyPrivate::roundedArcVertex_(*this, v); }
 
   /// Every field to the last bit, derived ones, names and extensions among them.

@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <numbers>
 #include <optional>
-#include <random>
 #include <vector>
 
 // Fillets against a construction of their own: a circle rolls along the first segment, touching it on the inner side
@@ -111,17 +109,6 @@ Reference roll(Curve const &first, Curve const &second, double radius, double fr
       found.centers.clear();
   return found;
 }
-
-class Random
-{
- public:
-  explicit Random(unsigned seed) : engine_(seed) {}
-  double in(double low, double high) { return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53; }
-  int below(int n) { return static_cast<int>(engine_() % static_cast<unsigned>(n)); }
-
- private:
-  std::mt19937_64 engine_;
-};
 
 double angleBetween(gxDegree a, gxDegree b)
 {

@@ -139,6 +139,7 @@ void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
 // Further chapters, each in a source of its own.
 constexpr void (*chapters[])(Pages &) = {
     graphicsChapter,
+    outlinesChapter,
 };
 }  // namespace
 

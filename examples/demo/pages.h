@@ -38,3 +38,6 @@ class Pages
 
 /// A group of graphics: drawn, mapped, cloned in other colors, archived and drawn again.
 void graphicsChapter(Pages &pages);
+
+/// The outline of a device with fillets and tolerances, and edits that it refuses.
+void outlinesChapter(Pages &pages);

@@ -34,6 +34,8 @@
 #include "dispc/wrfm/description.h"
 #include "dispc/wrfm/dimension.h"
 #include "dispc/wrfm/lineseg.h"
+#include "dispc/wrfm/model.h"
+#include "dispc/wrfm/modelprivate.h"
 #include "dispc/wrfm/poly.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "dispc/wrfm/polyvertex.h"

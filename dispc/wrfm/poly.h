@@ -103,15 +103,6 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   void reset();
   ///@}
 
-  /// @name Direction
-  ///@{
-  /// True if the inside lies to the left of the first segment, in a frame with y up; the other way round after
-  /// toggleDirection(). If that segment is an arc, a test ray that happens to point beyond 180 degrees turns the answer
-  /// round. Throws notClosed.
-  bool isDirectionPositive() const;
-  bool isDirectionNegative() const { return !isDirectionPositive(); }
-  ///@}
-
   /// @name Attributes
   ///@{
   /// True if toggleDirection() has swapped the positive and the negative side.
@@ -131,6 +122,10 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// The length of a segment before rounding, with the limits of its tolerance. Throws invalidIndex, and
   /// gxShapesError::BadGeom if the length does not fit the tolerance.
   gxSMDDimension segmentDimension(long segment) const;
+  /// The segments that break their tolerances, as they are seen elsewhere: the length under @p a is what was measured,
+  /// and the length under @p b over the nominal one is the scale of the limits. Lengths are those before rounding.
+  /// Throws gxShapesError::DegenerateShape for a segment that a map collapses, and as segmentDimension() does.
+  std::vector<long> segmentsOutOfTolerance(gxXform<2> const &a, gxXform<2> const &b) const;
 
   /// Open or closed alike, with equal vertices, flags, colours and weights. Names take no part.
   friend GX_API bool operator==(gxSMDGDPoly const &a, gxSMDGDPoly const &b);
@@ -241,39 +236,7 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   bool vertexIntersectsVertex_(int v, int w) const;
   bool segmentIntersectsPoly_(int s, int last) const;
   bool vertexIntersectsPoly_(int v, int last) const;
-  /// Common points of two segments. Where they follow each other, their joint is none.
   std::vector<gxVector<2>> segmentIntersection_(int s, int t) const;
-  /// Common points of two fillets, and of a segment and a fillet; none for a vertex without one.
-  std::vector<gxVector<2>> vertexIntersection_(int v, int w) const;
-  std::vector<gxVector<2>> segmentVertexIntersection_(int s, int v) const;
-  /// The one that reckons with segments before rounding, if they follow each other.
-  bool segmentIntersectsSegment_(int s, int t) const;
-  ///@}
-
-  /// @name Against points and other outlines
-  ///@{
-  /// True if the rounded outline runs round @p p an odd number of times. Throws notClosed.
-  bool inside_(gxVector<2> const &p) const;
-  /// All points where the rounded outlines meet: for each vertex and the segment that ends there, those with each
-  /// vertex and segment of the other. A point on the end of a piece is found with its neighbour too. What comes within
-  /// 1e-11 of the size of the outlines lies on a piece.
-  std::vector<gxVector<2>> intersection_(gxSMDGDPoly const &other) const;
-  /// The same for one vertex, or one segment, of this outline. Throw invalidIndex.
-  std::vector<gxVector<2>> intersectionVertex_(gxSMDGDPoly const &other, int v) const;
-  std::vector<gxVector<2>> intersectionSegment_(gxSMDGDPoly const &other, int s) const;
-  ///@}
-
-  /// @name Extensions
-  /// How far segments run on past corners that turn by 45 degrees or more, as fractions of their lengths.
-  ///@{
-  /// Sets both fractions of each segment to @p fraction at such corners, and to 0 at others and at open ends.
-  void setExtensions_(double fraction);
-  /// By half of the length.
-  void setDefaultExtensions_();
-  /// Shortens the extensions of this outline by the pieces of @p other: see
-  /// gxSMDGDPolyPrivate::checkSegmentExtension_().
-  /// @param samePoly @p other is this outline: no segment is held against itself and its own fillets
-  void checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegree const &angle, double step, bool samePoly);
   ///@}
 
   void reInit() override;
@@ -302,8 +265,6 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   bool fits_(int v, double size) const;
   /// Diagonal of the box round the vertices; 0 if there are none.
   double outlineSize_() const;
-  /// Within which a point lies on a piece of one of these outlines.
-  static double onPieceTolerance_(gxSMDGDPoly const &a, gxSMDGDPoly const &b);
   static void checkFinite_(gxSMDGDPolyVertex const &v);
   struct Neighbours;
   /// The vertices whose fillets depend on vertex @p i, as they are found anew; some may be named twice.

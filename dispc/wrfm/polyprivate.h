@@ -3,6 +3,12 @@
 #include "dispc/wrfm/arc.h"
 #include "dispc/wrfm/lineseg.h"
 #include "dispc/wrfm/poly.h"
+#include "foundation/angle.h"
+
+#include <list>
+#include <vector>
+
+class gxPolygon;
 
 /// The extended interface of gxSMDGDPoly: what tools that edit and measure outlines need beyond their public face.
 /// All static, with the outline as the first argument. Indices are those of gxSMDGDPoly and throw
@@ -92,52 +98,49 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gx2SegmentArc backwardArcSegmentExtension_(gxSMDGDPoly const &poly, int s);
   ///@}
 
-  /// Cuts an extension back to where it last was clear of another piece. It is walked from the end of the segment (with
-  /// @p backward from the start) in steps of length @p step; it is blocked where the other piece is met at a right
-  /// angle to it, nearer than @p clearance, and running at most @p angle aside. Throws gxShapesError::BadCoef for a
-  /// step that is not positive and finite; a walk takes at most a million steps.
+  /// @name Surgery
+  /// New outlines from the pieces of others, each checked as any outline is: what cannot stand throws crossingSegments,
+  /// invalidRounding or gxShapesError::DegenerateShape. An outline or list that is handed in for the result stays as it
+  /// was then; it may be one of those that are read.
   ///@{
-  static void checkSegmentExtension_(double &fraction, gx2SegmentLine const &segment, gx2SegmentLine const &other,
-                                     double clearance, gxDegree const &angle, double step, bool backward);
-  static void checkSegmentExtension_(double &fraction, gx2SegmentLine const &segment, gx2SegmentArc const &other,
-                                     double clearance, gxDegree const &angle, double step, bool backward);
-  static void checkSegmentExtension_(double &fraction, gx2SegmentArc const &segment, gx2SegmentLine const &other,
-                                     double clearance, gxDegree const &angle, double step, bool backward);
-  static void checkSegmentExtension_(double &fraction, gx2SegmentArc const &segment, gx2SegmentArc const &other,
-                                     double clearance, gxDegree const &angle, double step, bool backward);
+  /// What belongs to a vertex: the vertex, with its rounding, between the parts of its two segments that its
+  /// percentages give it; at an end of an open outline the one part that there is. Open, named "poly", without labels,
+  /// tolerances and colours of its own, but with direction, arrow colours and weight.
+  static gxSMDGDPoly subPoly(gxSMDGDPoly const &poly, int vertex, bool wrap);
+  /// The same for a vertex between two segments; throws invalidIndex at an end.
+  static gxSMDGDPoly corner(gxSMDGDPoly const &poly, int vertex, bool wrap);
+  /// The same outline walked the other way, with its positive side where it was. Named "poly".
+  static void reversePoly(gxSMDGDPoly const &in, gxSMDGDPoly &out);
+  /// @p a and then @p b, each walked backward if its flag is false, joined by a line. Throws invalidVertices unless
+  /// both are open.
+  static void connectPolys(gxSMDGDPoly const &a, bool aForward, gxSMDGDPoly const &b, bool bForward, gxSMDGDPoly &out);
+  /// The open pieces of at least 2 vertices that are left without the segments, in the order of the walk that begins
+  /// behind the first cut; the outline itself if no segment is listed. Throws invalidIndex for a segment that does not
+  /// exist.
+  static void deleteSegments(gxSMDGDPoly const &poly, std::vector<long> const &segments, std::vector<gxSMDGDPoly> &out);
+  /// Mirrored in the x axis, with the other direction.
+  static gxSMDGDPoly flip(gxSMDGDPoly const &poly);
+  /// A closed outline through the points of a polygon. Throws what closing one throws.
+  static gxSMDGDPoly convert(gxPolygon const &polygon);
   ///@}
 
-  /// @name Points and outlines
+  /// @name Filters
+  /// They work on a list in place, and change nothing if they throw. The last three cut outlines into pieces, as
+  /// deleteSegments() does.
   ///@{
-  static bool inside(gxSMDGDPoly const &poly, gxVector<2> const &p) { return poly.inside_(p); }
-  /// The nearest point of the rounded outline; the first of several. Throws invalidIndex if there are no vertices.
-  static gxVector<2> closestPoint(gxSMDGDPoly const &poly, gxVector<2> const &p);
-  static double distToPoint(gxSMDGDPoly const &poly, gxVector<2> const &p) { return closestPoint(poly, p).distance(p); }
-  /// True if outline @p a touches @p b at @p p, where they meet, without passing through it: at a sharp vertex of @p a
-  /// if both its segments stay on one side of @p b, on a fillet if it is tangent there. Throws notClosed for an open @p
-  /// b.
-  static bool pointContact(gxSMDGDPoly const &a, gxVector<2> const &p, gxSMDGDPoly const &b);
-  ///@}
-
-  /// @name Ranges
-  /// A range is an arc of radius 1 about a point: the directions in which a stretch of an outline is seen from there.
-  /// A ray from the point crosses a piece once for each range of it that holds the direction of the ray.
-  ///@{
-  /// Of all pieces but one segment; -1 leaves none out. The rounded pieces are meant. A line that ends at the point has
-  /// none.
-  static std::vector<gx2SegmentArc> ranges_(gxSMDGDPoly const &poly, gxVector<2> const &p, int excludedSegment);
-  /// Up to three: an arc may be seen to turn back at two places.
-  static std::vector<gx2SegmentArc> arcRanges_(gx2SegmentArc const &arc, gxVector<2> const &p);
-  /// The middle of the widest gap between the starts of ranges, from @p start through @p span; all round for a span of
-  /// a turn. 0 if there are no ranges.
-  static gxDegree safestDirection_(std::vector<gx2SegmentArc> const &ranges, gxDegree const &start,
-                                   gxDegree const &span);
+  /// Keeps outlines whose perimeter lies in the range.
+  static void perimeterFilter(std::list<gxSMDGDPoly> &polys, gxRange const &range);
+  static void closureFilter(std::list<gxSMDGDPoly> &polys, bool keepClosed, bool keepOpen);
+  /// Cuts away segments whose length, as by appendSegmentLengths(), lies outside of the range.
+  static void segmentLengthFilter(std::list<gxSMDGDPoly> &polys, gxRange const &range);
+  /// Cuts away segments that end at a vertex, but for the ends of open outlines, with an angle outside of the range.
+  static void vertexAngleFilter(std::list<gxSMDGDPoly> &polys, gxAngleRange const &range);
+  /// Cuts away arcs that span more than @p limit, either way, counted within half a turn.
+  static void segmentAngleSpanFilter(std::list<gxSMDGDPoly> &polys, gxDegree const &limit);
   ///@}
 
  private:
-  /// True if a line from @p from arrives at @p p, a point on @p b, from inside.
-  static bool arrivesInside_(gxSMDGDPoly const &b, gxVector<2> const &p, gxVector<2> const &from);
-
   static gxPersistent *make();
   static gx_Instantiator sExemplar;
+  static void copyLooks_(gxSMDGDPoly const &from, gxSMDGDPoly &to);
 };

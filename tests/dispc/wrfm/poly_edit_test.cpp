@@ -16,18 +16,6 @@ namespace
 {
 using Poly = gxSMDGDPoly;
 
-/// Round a centre, so that most of them are sound: a corner in each of n sectors.
-std::vector<Corner> star(Random &random, int n)
-{
-  std::vector<Corner> corners;
-  for (int i = 0; i < n; ++i) {
-    gxVector<2> const p(random.in(4, 10), gxDegree(360.0 * (i + random.in(0.1, 0.9)) / n));
-    corners.push_back({p.x(), p.y(), random.one(3) ? random.in(-1, 1) : 0, random.one(4) ? random.in(-60, 60) : 0,
-                       random.below(4) - 1});
-  }
-  return corners;
-}
-
 struct Edit {
   std::string what;
   std::function<void(Outline &)> run;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "dispc/wrfm/model.h"
+
+#include <vector>
+
+class gxPolygon;
+
+/// The extended interface of gxSMDGDModel, for tools: all static, with the model as the first argument.
+class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
+{
+ public:
+  using gxSMDGDModel::gxSMDGDModel;
+
+  static gx2Rigid position(gxSMDGDModel const &model) { return model.position_; }
+  /// The frame that a sub-model is moved to: of a single outline of three vertices, a corner, its middle vertex and
+  /// orientation; else the centre of mass, and the orientation of the first outline.
+  static gx2Rigid normalizedPosition(gxSMDGDModel const &model);
+  /// Equal outlines in equal order, wherever they lie.
+  static bool equivalent(gxSMDGDModel const &a, gxSMDGDModel const &b);
+  static double perimeter(gxSMDGDModel const &model, double minLength) { return model.perimeter_(minLength); }
+  /// How many probes fit on the outlines with a weight above 0, a @p spacing apart, each outline seen through
+  /// @p xform * @p perPoly of its index. Throws invalidIndex unless there is one transform for each outline.
+  static int numPosProbesRequired(gxSMDGDModel const &model, gxXform<2> const &xform,
+                                  std::vector<gxXform<2>> const &perPoly, double spacing);
+  /// Appends the corner at a vertex (gxSMDGDPolyPrivate::corner()) to @p out, and moves all that it then holds to its
+  /// own frame. Throws invalidIndex.
+  static void corner(gxSMDGDModel const &model, gxSMDGDModel &out, int polyIndex, int vertex, bool wrap);
+  /// A model of the closed outlines through the points of the polygons.
+  static gxSMDGDModel convert(std::vector<gxPolygon> const &polygons);
+
+ private:
+  friend class gxSMDGDModel;
+
+  static void normalize_(gxSMDGDModel &model);
+  static gxPersistent *make();
+  static gx_Instantiator sExemplar;
+};

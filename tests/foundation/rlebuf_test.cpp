@@ -1,6 +1,7 @@
 #include "foundation/rlebuf.h"
 #include "foundation/archive.h"
 #include "foundation/pelops.h"
+#include "tests/support/archived.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -202,15 +203,9 @@ TEST(RLEBufferArchive, KeepsRunsAndOffset)
   gxRLEBuffer b, packed(Buffer8(600, 2)), none;
   b.becomeOwner(5, made.rows, made.blocks, true);
   b.offset(gxPair<long>(-4, INT_MAX));
-  std::ostringstream os;
-  {
-    gxStoringArchive archive(os);
-    archive || b || packed || none;
-  }
-  std::istringstream is(os.str());
-  gxLoadingArchive archive(is);
-  gxRLEBuffer b2, packed2, none2(Buffer8(2, 2));
-  archive || b2 || packed2 || none2;
+  gxRLEBuffer const b2 = throughArchive(b), packed2 = throughArchive(packed);
+  gxRLEBuffer none2(Buffer8(2, 2));
+  loadArchived(archivedBytes(none), none2);
   EXPECT_EQ(b2.size(), b.size());
   EXPECT_EQ(b2.offset(), b.offset());
   EXPECT_EQ(runsOf(b2, INT_MAX), runsOf(b, INT_MAX));
@@ -222,42 +217,25 @@ TEST(RLEBufferArchive, KeepsRunsAndOffset)
 TEST(RLEBufferArchive, DamageIsToldAndChangesNothing)
 {
   std::mt19937 random(17);
-  gxRLEBuffer packed(generated(random, 60, 4, 3));
-  std::ostringstream os;
-  {
-    gxStoringArchive archive(os);
-    archive || packed;
-  }
-  std::string const good = os.str();
-  auto const load = [](std::string const &bytes, gxRLEBuffer &to) {
-    std::istringstream is(bytes);
-    gxLoadingArchive archive(is);
-    archive || to;
-  };
-  for (std::size_t n = 0; n < good.size(); ++n) {
+  std::string const good = archivedBytes(gxRLEBuffer(generated(random, 60, 4, 3)));
+  forDamaged(good, [&](std::string const &bad) {
     gxRLEBuffer target(Buffer8(3, 2));
-    EXPECT_THROW(load(good.substr(0, n), target), gxArchive::Errors) << "cut at " << n;
-    EXPECT_EQ(target.size(), gxPair<long>(3, 2));
-    for (char damage : {'\x01', '\x10', '\xff'}) {
-      std::string bad = good;
-      bad[n] = static_cast<char>(bad[n] ^ damage);
-      gxRLEBuffer sound;
-      try {
-        load(bad, sound);
-      } catch (gxArchive::Errors const &) {
-        EXPECT_TRUE(sound.isNull());
-        continue;
-      }
-      EXPECT_EQ(sound.height(), 4);
-      Buffer8 const window(64, 4);
-      sound.unpack(window);
+    try {
+      loadArchived(bad, target);
+    } catch (gxArchive::Errors const &) {
+      EXPECT_EQ(target.size(), gxPair<long>(3, 2));
+      return;
     }
-  }
+    EXPECT_EQ(bad.size(), good.size());
+    EXPECT_EQ(target.height(), 4);
+    Buffer8 const window(64, 4);
+    target.unpack(window);
+  });
   // A run of length 0 within a row would hide what follows.
   std::string bad = good;
   bad[bad.size() - 1] = 0;
   gxRLEBuffer target;
-  EXPECT_THROW(load(bad, target), gxArchive::Errors);
+  EXPECT_THROW(loadArchived(bad, target), gxArchive::Errors);
 }
 
 TEST(RLEBuffer, UnpacksIntoAWindow)

@@ -272,24 +272,20 @@ TEST(Splines, DamagedArchives)
   hermite.set({{0, 0}, {3, 1}, {3, 4}}, {{1, 0}, {0, 1}, {-1, 0}});
   hermite.intervals({1, 2, 3});
   EXPECT_EQ(throughArchive(hermite), hermite);
-  std::string const good = archivedBytes(hermite);
-  for (std::size_t i = 0; i < good.size(); ++i)
-    for (int const value : {0, 1, 5, 0x7F, 0xFF}) {
-      std::string bad = good;
-      bad[i] = static_cast<char>(value);
-      gxHermiteSpline loaded;
-      try {
-        loadArchived(bad, loaded);
-      } catch (gxArchive::Errors const &) {
-      }
-      // whatever became of it may be used
-      try {
-        loaded.map(gxXform<2>(gxMatrix<2>(0, 1, 1, 0), {}));
-      } catch (gxShapesError::BadGeom const &) {
-      }
-      for (long k = 0; k < loaded.numBezierCurves(); ++k)
-        EXPECT_TRUE(loaded.bezierCurve(k).point(0.5).isFinite());
+  forDamaged(archivedBytes(hermite), [](std::string const &bad) {
+    gxHermiteSpline loaded;
+    try {
+      loadArchived(bad, loaded);
+    } catch (gxArchive::Errors const &) {
     }
+    // whatever became of it may be used
+    try {
+      loaded.map(gxXform<2>(gxMatrix<2>(0, 1, 1, 0), {}));
+    } catch (gxShapesError::BadGeom const &) {
+    }
+    for (long k = 0; k < loaded.numBezierCurves(); ++k)
+      EXPECT_TRUE(loaded.bezierCurve(k).point(0.5).isFinite());
+  });
 }
 
 }  // namespace

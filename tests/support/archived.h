@@ -59,6 +59,20 @@ inline std::string bytesOf(std::initializer_list<int> bytes)
   return s;
 }
 
+/// Calls @p visit with @p good cut short in every way, then with each of its bytes changed in turn.
+template <class Visit>
+void forDamaged(std::string const &good, Visit visit)
+{
+  for (std::size_t n = 0; n < good.size(); ++n)
+    visit(good.substr(0, n));
+  for (std::size_t n = 0; n < good.size(); ++n)
+    for (int const damage : {0x01, 0x10, 0x7f, 0xff}) {
+      std::string bad = good;
+      bad[n] = static_cast<char>(bad[n] ^ damage);
+      visit(bad);
+    }
+}
+
 /// Loads @p bytes with the byte at @p at changed to @p to, which must be refused as an unknown version that names
 /// @p file and @p line (negative: some line), without a change of @p value. Returns what went otherwise, or nothing.
 template <class T>

@@ -12,10 +12,12 @@ GX_SHAPE_IMPL(gxCircle, gxShape)
 
 void gxCircle::passFields_(gxArchive &archive)
 {
+  gxVector<2> center = center_;
   double radius = radius_;
-  archive || center_ || radius;
+  archive || center || radius;
   if (radius < 0.0)
     archive.fail("a circle of negative radius");
+  center_ = center;
   radius_ = radius;
 }
 

@@ -15,11 +15,17 @@ GX_SHAPE_IMPL(gxEllipse2, gxShape)
 
 void gxEllipse2::passFields_(gxArchive &archive)
 {
-  gxVector<2> radii = radii_;
-  archive || radii || angle_ || center_ || rightHanded_ || phase_;
+  gxVector<2> radii = radii_, center = center_;
+  gxRadian angle = angle_, phase = phase_;
+  bool rightHanded = rightHanded_;
+  archive || radii || angle || center || rightHanded || phase;
   if (radii.x() < 0.0 || radii.y() < 0.0)
     archive.fail("an ellipse of negative radius");
   radii_ = radii;
+  angle_ = angle;
+  center_ = center;
+  rightHanded_ = rightHanded;
+  phase_ = phase;
 }
 
 gxEllipse2::gxEllipse2(gx2XformLinear const &fromUnitCirc) : center_(fromUnitCirc.translation())

@@ -8,12 +8,13 @@ GX_SHAPE_IMPL(gxFLine, gxShape)
 
 void gxFLine::passFields_(gxArchive &archive)
 {
-  gxVector<2> dir = dir_;
-  archive || dir || pos_;
+  gxVector<2> dir = dir_, pos = pos_;
+  archive || dir || pos;
   constexpr double tolerance = 1e-9;  // far beyond rounding; the vector itself is kept to the last bit
   if (!(std::abs(dir.len() - 1.0) <= tolerance))
     archive.fail("a line whose direction is no unit vector");
   dir_ = dir;
+  pos_ = pos;
 }
 
 gxFLine::gxFLine(gxDegree angle, gxVector<2> const &pos)

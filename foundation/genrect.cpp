@@ -23,10 +23,13 @@ bool isRounding(gxVector<2> const &r)
 
 void gxGenRect::passFields_(gxArchive &archive)
 {
-  gxVector<2> rounding = rounding_;
-  archive || center_ || matrix_ || rounding;
+  gxVector<2> center = center_, rounding = rounding_;
+  gxMatrix<2> matrix = matrix_;
+  archive || center || matrix || rounding;
   if (!isRounding(rounding))
     archive.fail("a rounding outside 0 to 1");
+  center_ = center;
+  matrix_ = matrix;
   rounding_ = rounding;
 }
 

@@ -12,6 +12,7 @@
 #include "foundation/fline.h"
 #include "foundation/genrect.h"
 #include "foundation/geomarchive.h"
+#include "foundation/lensxform.h"
 #include "foundation/line.h"
 #include "foundation/lineseg.h"
 #include "foundation/point.h"
@@ -175,15 +176,15 @@ std::string withNumber(std::string bytes, double from, double to)
 
 TEST(ShapeArchive, RefusesWhatNoConstructorWouldAccept)
 {
-  gxCircle circle({1, 2}, 77), circleIn({3, 4}, 5);
-  EXPECT_THROW(load(withNumber(stored(circle), 77, -77), circleIn), gxArchive::Errors);
-  EXPECT_EQ(circleIn.radius(), 5);
-  gxEllipse2 ellipse({77, 1}, gxRadian(), {0, 0});
-  EXPECT_THROW(load(withNumber(stored(ellipse), 77, -77), ellipse), gxArchive::Errors);
-  gxGenRect rounded({0, 0}, gxMatrix<2>(), {0.77, 0.5});
-  EXPECT_THROW(load(withNumber(stored(rounded), 0.77, 1.5), rounded), gxArchive::Errors);
-  gxFLine line(gxDegree(0), {3, 4});
-  EXPECT_THROW(load(withNumber(stored(line), 1, 0), line), gxArchive::Errors);
+  auto const expectRefusal = [](auto value, double from, double to, auto target) {
+    auto const before = target;
+    EXPECT_THROW(load(withNumber(stored(value), from, to), target), gxArchive::Errors);
+    EXPECT_EQ(target, before);
+  };
+  expectRefusal(gxCircle({1, 2}, 77), 77, -77, gxCircle({3, 4}, 5));
+  expectRefusal(gxEllipse2({77, 1}, gxRadian(2), {1, 2}, false, gxRadian(1)), 77, -77, gxEllipse2());
+  expectRefusal(gxGenRect({1, 2}, gxMatrix<2>(2, 1, 1, 3), {0.77, 0.5}), 0.77, 1.5, gxGenRect());
+  expectRefusal(gxFLine(gxDegree(0), {3, 4}), 1, 0, gxFLine(gxDegree(90), {5, 6}));
   gxEllipse legacy({0, 0}, {77, 1}, gxRadian());
   EXPECT_THROW(load(withNumber(stored(legacy), 77, -77), legacy), gxArchive::Errors);
 }
@@ -213,6 +214,16 @@ TEST(ShapeArchive, TransformsKeepTheirKind)
   EXPECT_EQ(pair.mapPoint({1, 1}), composed->mapPoint({1, 1}));
 }
 
+/// Whatever came before it does not matter.
+class Anchor : public gx2XformLinear
+{
+ public:
+  Anchor() : gx2XformLinear(gxMatrix<2>(0, 0, 0, 0), {7, 8}) {}
+
+ protected:
+  gxPtrHandle_const<gx2XformBase> product_(gx2XformBase const &) const override { return clone(); }
+};
+
 TEST(Transforms, ComposeLinearOnesIntoOneAndTreatNullAsTheIdentity)
 {
   gxPtrHandle_const<gx2XformBase> const turn = new gx2XformLinear(gxMatrix<2>(0, -1, 1, 0), {1, 0});
@@ -225,6 +236,9 @@ TEST(Transforms, ComposeLinearOnesIntoOneAndTreatNullAsTheIdentity)
   EXPECT_EQ(gx2XformBase::compose(turn, nullptr), turn);
   EXPECT_TRUE(gx2XformBase::compose(nullptr, nullptr).isNull());
   EXPECT_THROW(gx2XformComposed(turn, nullptr), gxBadPointer);
+  gxPtrHandle_const<gx2XformBase> const lens = new gx2XformLens({0, 0}, 5, 0.1);
+  EXPECT_FALSE(gx2XformBase::compose(turn, lens)->isLinear());
+  EXPECT_TRUE(gx2XformBase::compose(new Anchor, lens)->isLinear());  // a transform may know its own products
 }
 
 }  // namespace

@@ -20,10 +20,8 @@ constexpr std::array<gxColor, 16> stockColors = {gxColor::black,  gxColor::dkGre
 
 constexpr std::uint32_t rgbForm = 0x80;
 
-void passVersion(gxArchive &archive)
+void refuseVersion(signed char version)
 {
-  signed char version = 0;
-  archive || version;
   if (version != 0)
     throw gxArchive::UnknownVersion(module, __LINE__);
 }
@@ -60,22 +58,25 @@ gxr_color gfColor(gxColor const &color)
 
 gxArchive &operator||(gxArchive &archive, gxRGB &rgb)
 {
-  passVersion(archive);
-  unsigned char r = rgb.r();
-  unsigned char g = rgb.g();
-  unsigned char b = rgb.b();
-  archive || r || g || b;
+  signed char version = 0;
+  unsigned char r = rgb.r(), g = rgb.g(), b = rgb.b();
+  archive.numbers(version, r, g, b);
+  refuseVersion(version);
   rgb.rgb(r, g, b);
   return archive;
 }
 
 gxArchive &operator||(gxArchive &archive, gxColor &color)
 {
-  passVersion(archive);
-  gxColor passed = color;
-  archive || passed.flags_ || passed.index_ || passed.rgb_;
-  passed.flags_ &= gxColor::stockFlag | gxColor::rgbFlag | gxColor::indexFlag;
-  color = passed;
+  signed char version = 0, rgbVersion = 0;
+  unsigned char flags = color.flags_, index = color.index_;
+  unsigned char r = color.rgb_.r(), g = color.rgb_.g(), b = color.rgb_.b();
+  archive.numbers(version, flags, index, rgbVersion, r, g, b);
+  refuseVersion(version);
+  refuseVersion(rgbVersion);
+  color.flags_ = flags & (gxColor::stockFlag | gxColor::rgbFlag | gxColor::indexFlag);
+  color.index_ = index;
+  color.rgb_.rgb(r, g, b);
   return archive;
 }
 

@@ -1,5 +1,6 @@
 #include "dispc/sketchop.h"
 
+#include "dispc/detail/sketchop_table.h"
 #include "dispc/sketchop_areas.h"
 #include "dispc/sketchop_blocks.h"
 #include "dispc/sketchop_curves.h"
@@ -224,21 +225,11 @@ void gx_UISketchOpData::serialize_(gxArchive &archive, unsigned char version)
 
 // ---------------------------------------------------------------- records
 
-namespace
-{
-/// True if the bytes up to the end hold properties, if they begin so, and a head.
-bool holdsHead(unsigned char const *bytes, long left)
-{
-  bool const prefixed = left > 0 && *bytes == static_cast<unsigned char>(gx_SketchCode::props);
-  return left >= gf_sketchHeadSize + (prefixed ? gf_sketchPrefixSize : 0);
-}
-}  // namespace
-
 long gfParseUISketch(gxUISketch &sketch, long offset, gx_UISketchOpHeader &header, gx_UISketchOpData **data)
 {
   if (data)
     *data = nullptr;
-  if (offset < 0 || offset > sketch.size() || !holdsHead(sketch.bytes() + offset, sketch.size() - offset))
+  if (offset < 0 || offset > sketch.size() || !gf_holdsHead(sketch.bytes() + offset, sketch.size() - offset))
     throw gxUIError::InvalidUISketch();
   unsigned char const *const at = sketch.bytes() + offset;
   long const head = header.parseByteStream(at);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 // The stored form of a sketch: a version, the number of records, and for each record its header and its op as objects.
@@ -27,13 +28,19 @@ constexpr std::size_t leastRecord = 18;
 /// Sketches may lie in sketches as deep as a tablet has flags for: one for each that it plays, the outermost one too.
 constexpr int deepest = gxFlagStack::maxDepth - 2;
 
-/// The number of records.
-long countRecords(gxUISketch &sketch)
+/// The number of records. Throws gxUIError::InvalidUISketch if they do not end where the sketch does.
+long countRecords(gxUISketch const &sketch)
 {
   long count = 0;
-  for (long at = 0; at < sketch.size(); ++count) {
-    gx_UISketchOpHeader header;
-    at += gfParseUISketch(sketch, at, header, nullptr);
+  gx_UISketchOpHeader header;
+  gx_SketchOpTable ops;
+  unsigned char const *at = sketch.bytes();
+  unsigned char const *const end = at + sketch.size();
+  for (; at < end; ++count) {
+    if (!gf_holdsHead(at, end - at))
+      throw gxUIError::InvalidUISketch();
+    at += header.parseByteStream(at);
+    at += ops[header.opcode()].parseWithin(at, end - at);
   }
   return count;
 }
@@ -114,8 +121,7 @@ void loadObjects(gxArchive &archive, gxUISketch &sketch)
 /// The bytes of the head, and of the properties before it, of a record that has @p left bytes at most.
 long parseHead(gxArchive &archive, gx_UISketchOpHeader &header, unsigned char const *at, long left)
 {
-  bool const prefixed = *at == static_cast<unsigned char>(gx_SketchCode::props);
-  if (left < gf_sketchHeadSize + (prefixed ? gf_sketchPrefixSize : 0))
+  if (!gf_holdsHead(at, left))
     archive.fail("a sketch that ends inside a record");
   return header.parseByteStream(at);
 }
@@ -189,7 +195,13 @@ gxArchive &operator||(gxArchive &archive, gxUISketch &sketch)
     loadStream(archive, loaded);
   else
     throw gxArchive::UnknownVersion(module, __LINE__);
-  sketch += loaded;
+  if (sketch.isNull() && sketch.capacity() < loaded.capacity()) {
+    std::swap(sketch.bytes_, loaded.bytes_);
+    std::swap(sketch.size_, loaded.size_);
+    std::swap(sketch.capacity_, loaded.capacity_);
+  } else {
+    sketch += loaded;
+  }
   sketch.props(loaded.props());
   return archive;
 }

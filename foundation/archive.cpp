@@ -91,7 +91,7 @@ gxArchive &gxArchive::operator||(std::string &v)
   if (mode_ && v.size() > std::numeric_limits<std::uint32_t>::max())
     fail("a text of " + std::to_string(v.size()) + " bytes is too long to be stored");
   std::uint32_t size = static_cast<std::uint32_t>(v.size());
-  number<std::uint32_t>(size);
+  numbers(size);
   if (!mode_) {
     if (size > limits_.maxString)
       fail("a text of " + std::to_string(size) + " bytes is longer than the limit of " +
@@ -125,7 +125,7 @@ long gxArchive::passCount(long count, std::size_t bytesEach)
 {
   if (count < 0 || count > std::numeric_limits<std::int32_t>::max())
     fail("a count of " + std::to_string(count));
-  number<std::int32_t>(count);
+  numbers(count);
   if (mode_)
     return count;
   if (count < 0)

@@ -19,6 +19,10 @@
 class gx_ObjectTable;
 class gx_Pass;
 
+/// A number that an archive passes by its bytes.
+template <class T>
+concept gx_ArchiveNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool>;
+
 /// A stream of stored objects in one of two directions: each `archive || value` stores or loads, by the mode of the
 /// archive, so that one routine serves both.
 ///
@@ -78,22 +82,32 @@ class GX_API gxArchive
   gxArchive &operator||(bool &v)  ///< 8 bits, 0 or 1
   {
     auto byte = static_cast<unsigned char>(v ? 1 : 0);
-    number<unsigned char>(byte);
+    numbers(byte);
     if (byte > 1)
       refuseBool(byte);
     v = byte != 0;
     return *this;
   }
-  gxArchive &operator||(signed char &v) { return number<signed char>(v); }       ///< 8 bits
-  gxArchive &operator||(unsigned short &v) { return number<std::uint16_t>(v); }  ///< 16 bits
-  gxArchive &operator||(int &v) { return number<std::int32_t>(v); }              ///< 32 bits
-  gxArchive &operator||(unsigned int &v) { return number<std::uint32_t>(v); }    ///< 32 bits
-  gxArchive &operator||(long &v) { return number<std::int32_t>(v); }             ///< 32 bits; storing narrows
-  gxArchive &operator||(unsigned long &v) { return number<std::uint32_t>(v); }   ///< 32 bits; storing narrows
-  gxArchive &operator||(float &v) { return number<float>(v); }                   ///< 32 bits
-  gxArchive &operator||(double &v) { return number<double>(v); }                 ///< 64 bits
-  friend gxArchive &operator||(gxArchive &a, unsigned char &v) { return a.number<unsigned char>(v); }  ///< 8 bits
-  gxArchive &operator||(std::string &v);  ///< length, then the bytes
+  gxArchive &operator||(signed char &v) { return numbers(v); }                           ///< 8 bits
+  gxArchive &operator||(unsigned short &v) { return numbers(v); }                        ///< 16 bits
+  gxArchive &operator||(int &v) { return numbers(v); }                                   ///< 32 bits
+  gxArchive &operator||(unsigned int &v) { return numbers(v); }                          ///< 32 bits
+  gxArchive &operator||(long &v) { return numbers(v); }                                  ///< 32 bits; storing narrows
+  gxArchive &operator||(unsigned long &v) { return numbers(v); }                         ///< 32 bits; storing narrows
+  gxArchive &operator||(float &v) { return numbers(v); }                                 ///< 32 bits
+  gxArchive &operator||(double &v) { return numbers(v); }                                ///< 64 bits
+  friend gxArchive &operator||(gxArchive &a, unsigned char &v) { return a.numbers(v); }  ///< 8 bits
+  gxArchive &operator||(std::string &v);                                                 ///< length, then the bytes
+  /// Numbers one behind the other, each in the form of its own `||`, in one step.
+  template <class... T>
+  requires(gx_ArchiveNumber<T> &&...) gxArchive &numbers(T &...v)
+  {
+    need((sizeof(Wire<T>) + ...));
+    unsigned char *at = cursor_;
+    ((at = mode_ ? gf_putLittle(at, static_cast<Wire<T>>(v)) : getNumber(at, v)), ...);
+    cursor_ = at;
+    return *this;
+  }
   /// @p n bytes as they stand.
   gxArchive &raw(char *bytes, long n);
 
@@ -156,17 +170,15 @@ class GX_API gxArchive
   virtual void raw_(char *bytes, std::size_t n) = 0;
   [[noreturn]] void refuseBool(unsigned char byte);
 
-  // Wire is the type of the stored bytes, T that of the value.
-  template <class Wire, class T>
-  gxArchive &number(T &v)
+  /// The type of the stored bytes: 32 bits for `long`, whatever it has on the machine.
+  template <class T>
+  using Wire = std::conditional_t<std::is_same_v<T, long>, std::int32_t,
+                                  std::conditional_t<std::is_same_v<T, unsigned long>, std::uint32_t, T>>;
+  template <class T>
+  static unsigned char *getNumber(unsigned char *from, T &v)
   {
-    need(sizeof(Wire));
-    if (mode_)
-      gf_putLittle(cursor_, static_cast<Wire>(v));
-    else
-      v = static_cast<T>(gf_getLittle<Wire>(cursor_));
-    cursor_ += sizeof(Wire);
-    return *this;
+    v = static_cast<T>(gf_getLittle<Wire<T>>(from));
+    return from + sizeof(Wire<T>);
   }
 
   int const mode_;  ///< 0 while loading

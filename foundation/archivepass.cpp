@@ -18,12 +18,12 @@ void gx_Pass::refuseDepth() const
   archive_.fail("objects are nested deeper than " + std::to_string(archive_.limits_.maxDepth));
 }
 
-bool gx_Pass::isMarkedFurther(Mark const &mark) const
+bool gx_Pass::isMarkedFurther(Mark mark) const
 {
   return std::find(more_->begin(), more_->end(), mark) != more_->end();
 }
 
-void gx_Pass::markFurther(Mark const &mark)
+void gx_Pass::markFurther(Mark mark)
 {
   if (!more_)
     more_ = std::make_unique<std::vector<Mark>>();

@@ -166,7 +166,7 @@ void gxLoadingArchive::passHeader()
   if (word != magic)
     fail("this is no archive");
   std::uint32_t version = 0;
-  number<std::uint32_t>(version);
+  numbers(version);
   if (version != formatVersion)
     fail("an archive of format " + std::to_string(version) + ", which this release does not know");
 }

@@ -7,7 +7,7 @@ namespace
 template <class Pair, class T>
 gxArchive &passCoordinates(gxArchive &archive, Pair &v, T x, T y)
 {
-  archive || x || y;
+  archive.numbers(x, y);
   v = Pair(x, y);
   return archive;
 }
@@ -43,18 +43,13 @@ gxArchive &operator||(gxArchive &archive, gxDegree &v)
   return passAngle(archive, v);
 }
 
-gxArchive &operator||(gxArchive &archive, gxVector<2> &v)
-{
-  return passCoordinates(archive, v, v.x(), v.y());
-}
-
 gxArchive &operator||(gxArchive &archive, gxMatrix<2> &v)
 {
   double a = v.element(0, 0);
   double b = v.element(0, 1);
   double c = v.element(1, 0);
   double d = v.element(1, 1);
-  archive || a || b || c || d;
+  archive.numbers(a, b, c, d);
   v = gxMatrix<2>(a, b, c, d);
   return archive;
 }

@@ -16,7 +16,13 @@ GX_API gxArchive &operator||(gxArchive &archive, gxPair<double> &v);
 GX_API gxArchive &operator||(gxArchive &archive, gxRadian &v);
 GX_API gxArchive &operator||(gxArchive &archive, gxDegree &v);
 /// x, y.
-GX_API gxArchive &operator||(gxArchive &archive, gxVector<2> &v);
+inline gxArchive &operator||(gxArchive &archive, gxVector<2> &v)
+{
+  double x = v.x(), y = v.y();
+  archive.numbers(x, y);
+  v = gxVector<2>(x, y);
+  return archive;
+}
 /// a, b, c, d; the determinant is found anew.
 GX_API gxArchive &operator||(gxArchive &archive, gxMatrix<2> &v);
 /// Translation, then matrix.

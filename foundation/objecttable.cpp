@@ -328,7 +328,6 @@ bool gx_ObjectTable::loadOnce(gxPersistent &object)
   object.mutating();
   try {
     gx_Pass const pass(archive_, object);
-    object.reInit();
     object.dispatchSerialize(archive_);
   } catch (...) {
     if (!archive_.pass_)

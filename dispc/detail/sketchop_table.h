@@ -8,7 +8,7 @@
 #include <memory>
 
 /// One op object for each code, made when it is first asked for and used again for every later record. Internal to
-/// playback.
+/// playback and archives.
 class gx_SketchOpTable
 {
  public:
@@ -28,3 +28,10 @@ class gx_SketchOpTable
 
   std::array<std::unique_ptr<gx_UISketchOpData>, gf_sketchCodes.size()> ops_;
 };
+
+/// True if the bytes up to the end hold properties, if they begin so, and a head.
+inline bool gf_holdsHead(unsigned char const *bytes, long left)
+{
+  bool const prefixed = left > 0 && *bytes == static_cast<unsigned char>(gx_SketchCode::props);
+  return left >= gf_sketchHeadSize + (prefixed ? gf_sketchPrefixSize : 0);
+}

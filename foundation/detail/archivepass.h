@@ -41,7 +41,8 @@ class gx_Pass
 
   gxArchive &archive() const { return archive_; }
 
-  /// A part of the object: its address, and the address that stands for its class or, without one, its size.
+  /// A part of the object: its address, and the address that stands for its class or, without one, its size. Passed
+  /// by value, so that it stays in registers.
   struct Mark {
     Mark() = default;
     Mark(void const *p, std::size_t size, void const *level)
@@ -53,7 +54,7 @@ class gx_Pass
     bool operator==(Mark const &) const = default;
   };
 
-  bool isMarked(Mark const &mark) const
+  bool isMarked(Mark mark) const
   {
     for (std::size_t i = 0; i < numMarks_; ++i) {
       if (marks_[i] == mark)
@@ -61,7 +62,7 @@ class gx_Pass
     }
     return more_ && isMarkedFurther(mark);
   }
-  void mark(Mark const &mark)
+  void mark(Mark mark)
   {
     if (numMarks_ < marks_.size())
       marks_[numMarks_++] = mark;
@@ -71,8 +72,8 @@ class gx_Pass
 
  private:
   [[noreturn]] void refuseDepth() const;
-  void markFurther(Mark const &mark);
-  bool isMarkedFurther(Mark const &mark) const;
+  void markFurther(Mark mark);
+  bool isMarkedFurther(Mark mark) const;
 
   static thread_local gx_Pass *innermost_ GX_INITIAL_EXEC;
 

@@ -1,6 +1,6 @@
 #include "backends/pels/pelscope.h"
 
-#include "backends/pels/pelpainter.h"
+#include "backends/pels/detail/pelpainter.h"
 
 #include <algorithm>
 

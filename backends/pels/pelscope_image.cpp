@@ -1,4 +1,4 @@
-#include "backends/pels/pelpainter.h"
+#include "backends/pels/detail/pelpainter.h"
 #include "backends/pels/pelscope.h"
 #include "foundation/pelbuf.h"
 #include "foundation/rlebuf.h"

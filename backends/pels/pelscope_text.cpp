@@ -1,5 +1,5 @@
-#include "backends/pels/pelfont.h"
-#include "backends/pels/pelpainter.h"
+#include "backends/pels/detail/pelfont.h"
+#include "backends/pels/detail/pelpainter.h"
 #include "backends/pels/pelscope.h"
 
 #include <cmath>

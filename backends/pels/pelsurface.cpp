@@ -1,6 +1,6 @@
 #include "backends/pels/pelsurface.h"
 
-#include "backends/pels/pelscreen.h"
+#include "backends/pels/detail/pelscreen.h"
 
 gxPelSurface::gxPelSurface(long width, long height)
     : screen_(std::make_shared<gx_PelScreen>(width, height)), imageScope_(screen_, 0), overlayScope_(screen_, 1)

@@ -238,11 +238,13 @@ Faults foreignHeaders(Files const &files, FloorTable const &floors, int upToFloo
   return faults;
 }
 
-Faults privateInPublic(Files const &files)
+Faults privateInPublic(Files const &files, FloorTable const &floors, int upToFloor)
 {
   Faults faults;
   forEachInclude(files, true, [&](std::string const &path, Include const &include) {
-    if (path.ends_with(".h") && !isPrivateHeader(path) && isPrivateHeader(include.name))
+    bool const isPublic =
+        path.ends_with(".h") && !isPrivateHeader(path) && floors.floorOf(path).value_or(0) <= upToFloor;
+    if (isPublic && isPrivateHeader(include.name))
       faults.push_back(place(path, include) + "a public header includes " + include.name + ", which is not installed");
   });
   return faults;

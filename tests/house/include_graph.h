@@ -70,8 +70,8 @@ Faults unknownTargets(Files const &);
 /// the line before asks for with `__has_include`, and, in sources and private headers, those of the compiler for vector
 /// instructions, `*intrin.h`.
 Faults foreignHeaders(Files const &, FloorTable const &, int upToFloor);
-/// Public headers that include a private one.
-Faults privateInPublic(Files const &);
+/// Public headers up to the given floor that include a private one.
+Faults privateInPublic(Files const &, FloorTable const &, int upToFloor);
 /// Circles of includes, each told once as "a.h -> b.h -> a.h".
 Faults circles(Files const &);
 /// Public headers below the given folders that the umbrella does not reach.

@@ -1,4 +1,4 @@
-#include "backends/pels/pelcurve.h"
+#include "backends/pels/detail/pelcurve.h"
 
 #include "tests/backends/pels/pelgrid.h"
 

@@ -1,4 +1,4 @@
-#include "backends/pels/pelstroke.h"
+#include "backends/pels/detail/pelstroke.h"
 
 #include "tests/backends/pels/pelgrid.h"
 

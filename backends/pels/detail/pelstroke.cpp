@@ -1,7 +1,7 @@
-#include "backends/pels/pelstroke.h"
+#include "backends/pels/detail/pelstroke.h"
 
-#include "backends/pels/pelfill.h"
-#include "backends/pels/pelline.h"
+#include "backends/pels/detail/pelfill.h"
+#include "backends/pels/detail/pelline.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "backends/pels/pelcanvas.h"
-#include "backends/pels/peldash.h"
+#include "backends/pels/detail/pelcanvas.h"
+#include "backends/pels/detail/peldash.h"
 #include "foundation/export.h"
 #include "foundation/vector.h"
 

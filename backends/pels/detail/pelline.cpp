@@ -1,4 +1,4 @@
-#include "backends/pels/pelline.h"
+#include "backends/pels/detail/pelline.h"
 
 #include <cmath>
 #include <cstdlib>

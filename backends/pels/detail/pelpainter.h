@@ -4,9 +4,9 @@
 /// How gxPelScope draws: the way from device coordinates to a canvas, and the report of what was touched. For the
 /// sources of gxPelScope.
 
-#include "backends/pels/pelcanvas.h"
+#include "backends/pels/detail/pelcanvas.h"
+#include "backends/pels/detail/pelscreen.h"
 #include "backends/pels/pelscope.h"
-#include "backends/pels/pelscreen.h"
 #include "foundation/outline.h"
 #include "foundation/vector.h"
 

@@ -1,4 +1,4 @@
-#include "backends/pels/pelscreen.h"
+#include "backends/pels/detail/pelscreen.h"
 
 #include "dispc/uierror.h"
 #include "foundation/pelops.h"

@@ -1,4 +1,4 @@
-#include "backends/pels/pelfill.h"
+#include "backends/pels/detail/pelfill.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
-#include "backends/pels/pelcurve.h"
+#include "backends/pels/detail/pelcurve.h"
 
-#include "backends/pels/pelfill.h"
-#include "backends/pels/pelline.h"
+#include "backends/pels/detail/pelfill.h"
+#include "backends/pels/detail/pelline.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "backends/pels/pelpainter.h"
+#include "backends/pels/detail/pelpainter.h"
 
-#include "backends/pels/pelcurve.h"
-#include "backends/pels/pelfill.h"
-#include "backends/pels/pelstroke.h"
+#include "backends/pels/detail/pelcurve.h"
+#include "backends/pels/detail/pelfill.h"
+#include "backends/pels/detail/pelstroke.h"
 #include "dispc/dispprop.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "backends/pels/pelcanvas.h"
-#include "backends/pels/pelcurve.h"
-#include "backends/pels/peldash.h"
+#include "backends/pels/detail/pelcanvas.h"
+#include "backends/pels/detail/pelcurve.h"
+#include "backends/pels/detail/peldash.h"
 #include "dispc/dispprop.h"
 #include "foundation/export.h"
 #include "foundation/vector.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "backends/pels/pelcanvas.h"
+#include "backends/pels/detail/pelcanvas.h"
 #include "foundation/export.h"
 #include "foundation/vector.h"
 

@@ -1,4 +1,4 @@
-#include "backends/pels/pelfont.h"
+#include "backends/pels/detail/pelfont.h"
 
 #include <algorithm>
 #include <array>

@@ -91,6 +91,8 @@ class GX_API gxPelScope : public gxUIScope
   void sample(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
               bool pass, unsigned char passPel, bool indexed) override;
 
+  /// 8-bit and 32-bit images are interpolated if the mode is not 0 and the factors are equal, by the rules of
+  /// pelScale(); the values that come out are then looked up and compared.
   void expand(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
               bool pass, unsigned long passPel, InterpolationModes mode) override;
   void expand(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <type_traits>
 #include <vector>
 
 namespace
@@ -85,6 +86,22 @@ void showRow(gx_PelCanvas &canvas, std::int32_t y, std::int32_t left, std::int32
   canvas.touch({left, y, right, y + 1}, right - left);
 }
 
+/// Shows a buffer that lies inside the box of the canvas.
+template <class Pel, class Show, class IsPass>
+void showAll(gx_PelCanvas &canvas, gxPelBuffer<Pel> const &buffer, std::int32_t left, std::int32_t top, bool pass,
+             Show show, IsPass isPass)
+{
+  auto const right = static_cast<std::int32_t>(left + buffer.width());
+  for (std::int32_t row = 0; row < buffer.height(); ++row) {
+    Pel const *const from = buffer.pointToRow(row);
+    auto const at = [from](std::int32_t i) { return from[i]; };
+    if (pass)
+      showRow(canvas, top + row, left, right, at, show, isPass);
+    else
+      showRow(canvas, top + row, left, right, at, show);
+  }
+}
+
 gxPackedRGB32Pel covering(unsigned char r, unsigned char g, unsigned char b)
 {
   return {r, g, b, 255};
@@ -98,9 +115,10 @@ std::uint32_t const componentBits = gxPackedRGB32Pel(255, 255, 255, 0).value();
 /// @param show   what is written for a pel
 /// @param isPass whether a pel is left out, if @p pass is set
 template <class Pel, class Show, class IsPass>
-void gxPelScope::Painter::image(gxPelBuffer_const<Pel> const &buffer, gxPoint const &topLeft,
-                                gxPair<double> const &scale, bool pass, Show show, IsPass isPass)
+void gxPelScope::Painter::image(gxPelBuffer_const<Pel> const &buffer, gxPoint const &topLeft, Zoom const &zoom,
+                                bool pass, Show show, IsPass isPass)
 {
+  gxPair<double> const &scale = zoom.scale;
   Axis const across(buffer.width(), scale.x());
   Axis const down(buffer.height(), scale.y());
   gxVector<2> const at = pelOf(topLeft);
@@ -112,6 +130,13 @@ void gxPelScope::Painter::image(gxPelBuffer_const<Pel> const &buffer, gxPoint co
     gx_PelBox const seen = boxOf() & canvas.clip();
     if (seen.isEmpty())
       return;
+    if constexpr (std::is_same_v<Pel, unsigned char> || std::is_same_v<Pel, gxPackedRGB32Pel>) {
+      if (zoom.mode != noInterpolation && scale.x() > 1.0 && scale.x() == scale.y()) {
+        gxPelBuffer<Pel> smooth;
+        pelScale<Pel>(buffer, smooth, scale.x(), seen.rect(), gxPair<long>(gxPair<double>(at)), zoom.mode);
+        return showAll(canvas, smooth, seen.left, seen.top, pass, show, isPass);
+      }
+    }
     auto const x0 = static_cast<std::int64_t>(at.x());
     auto const y0 = static_cast<std::int64_t>(at.y());
     std::vector<long> columns;
@@ -137,34 +162,34 @@ void gxPelScope::Painter::image(gxPelBuffer_const<Pel> const &buffer, gxPoint co
 }
 
 void gxPelScope::Painter::image(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft,
-                                gxPair<double> const &scale, bool pass, unsigned long passPel)
+                                Zoom const &zoom, bool pass, unsigned long passPel)
 {
   auto const passing = static_cast<std::uint32_t>(passPel) & componentBits;
   image(
-      buffer, topLeft, scale, pass, [](gxPackedRGB32Pel p) { return covering(p.red(), p.green(), p.blue()); },
+      buffer, topLeft, zoom, pass, [](gxPackedRGB32Pel p) { return covering(p.red(), p.green(), p.blue()); },
       [=](gxPackedRGB32Pel p) { return (p.value() & componentBits) == passing; });
 }
 
 void gxPelScope::Painter::image(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft,
-                                gxPair<double> const &scale, bool pass, unsigned short passPel)
+                                Zoom const &zoom, bool pass, unsigned short passPel)
 {
   image(
-      buffer, topLeft, scale, pass, [](gxPackedRGB16Pel p) { return covering(p.red(), p.green(), p.blue()); },
+      buffer, topLeft, zoom, pass, [](gxPackedRGB16Pel p) { return covering(p.red(), p.green(), p.blue()); },
       [=](gxPackedRGB16Pel p) { return p.value() == passPel; });
 }
 
 void gxPelScope::Painter::image(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft,
-                                gxPair<double> const &scale, bool pass, unsigned short passPel)
+                                Zoom const &zoom, bool pass, unsigned short passPel)
 {
   auto const show = [](unsigned short p) {
     auto const grey = static_cast<unsigned char>(p >> 8);
     return covering(grey, grey, grey);
   };
-  image(buffer, topLeft, scale, pass, show, [=](unsigned short p) { return p == passPel; });
+  image(buffer, topLeft, zoom, pass, show, [=](unsigned short p) { return p == passPel; });
 }
 
 void gxPelScope::Painter::image(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft,
-                                gxPair<double> const &scale, bool pass, unsigned char passPel, bool indexed)
+                                Zoom const &zoom, bool pass, unsigned char passPel, bool indexed)
 {
   std::array<gxPackedRGB32Pel, 256> looks;
   for (unsigned i = 0; i < looks.size(); ++i) {
@@ -172,7 +197,7 @@ void gxPelScope::Painter::image(gxPelBuffer_const<unsigned char> const &buffer, 
     looks[i] = indexed ? ink(paletteColor(value)) : covering(value, value, value);
   }
   image(
-      buffer, topLeft, scale, pass, [&](unsigned char p) { return looks[p]; },
+      buffer, topLeft, zoom, pass, [&](unsigned char p) { return looks[p]; },
       [=](unsigned char p) { return p == passPel; });
 }
 
@@ -231,79 +256,75 @@ void gxPelScope::draw(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::ve
 
 // Images at unit scale, reduced and enlarged.
 
-namespace
-{
-constexpr gxPair<double> unit(1.0, 1.0);
-}
-
 void gxPelScope::draw(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, bool pass,
                       unsigned long passPel)
 {
-  Painter(*this).image(buffer, topLeft, unit, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {}, pass, passPel);
 }
 
 void gxPelScope::draw(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft, bool pass,
                       unsigned short passPel)
 {
-  Painter(*this).image(buffer, topLeft, unit, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {}, pass, passPel);
 }
 
 void gxPelScope::draw(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft, bool pass,
                       unsigned short passPel)
 {
-  Painter(*this).image(buffer, topLeft, unit, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {}, pass, passPel);
 }
 
 void gxPelScope::draw(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, bool pass,
                       unsigned char passPel, bool indexed)
 {
-  Painter(*this).image(buffer, topLeft, unit, pass, passPel, indexed);
+  Painter(*this).image(buffer, topLeft, {}, pass, passPel, indexed);
 }
 
 void gxPelScope::sample(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned long passPel)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel);
 }
 
 void gxPelScope::sample(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned short passPel)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel);
 }
 
 void gxPelScope::sample(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned short passPel)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel);
 }
 
 void gxPelScope::sample(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned char passPel, bool indexed)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel, indexed);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel, indexed);
 }
 
 void gxPelScope::expand(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft,
-                        gxPair<double> const &scale, bool pass, unsigned long passPel, InterpolationModes)
+                        gxPair<double> const &scale, bool pass, unsigned long passPel, InterpolationModes mode)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale, mode}, pass, passPel);
 }
 
 void gxPelScope::expand(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned short passPel, InterpolationModes)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel);
 }
 
 void gxPelScope::expand(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft,
                         gxPair<double> const &scale, bool pass, unsigned short passPel, InterpolationModes)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel);
+  Painter(*this).image(buffer, topLeft, {scale}, pass, passPel);
 }
 
 void gxPelScope::expand(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft,
-                        gxPair<double> const &scale, bool pass, unsigned char passPel, bool indexed, InterpolationModes)
+                        gxPair<double> const &scale, bool pass, unsigned char passPel, bool indexed,
+                        InterpolationModes mode)
 {
-  Painter(*this).image(buffer, topLeft, scale, pass, passPel, indexed);
+  Painter(*this).image(buffer, topLeft, {scale, mode}, pass, passPel, indexed);
 }

@@ -27,6 +27,8 @@ gx_PelBox gf_pelBox(double left, double top, double right, double bottom);
 /// covers the places i <= x < i + 1, j <= y < j + 1.
 class gxPelScope::Painter
 {
+  static constexpr InterpolationModes noInterpolation = gx_UITabletBase::noInterpolation;
+
  public:
   explicit Painter(gxPelScope &scope) : scope_(scope) {}
 
@@ -83,22 +85,26 @@ class gxPelScope::Painter
 
   /// @name Images
   ///@{
-  void image(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
-             bool pass, unsigned long passPel);
-  void image(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
-             bool pass, unsigned short passPel);
-  void image(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
-             bool pass, unsigned short passPel);
-  void image(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
-             bool pass, unsigned char passPel, bool indexed);
+  struct Zoom {
+    gxPair<double> scale{1.0, 1.0};
+    InterpolationModes mode = noInterpolation;
+  };
+  void image(gxPelBuffer_const<gxPackedRGB32Pel> const &buffer, gxPoint const &topLeft, Zoom const &zoom, bool pass,
+             unsigned long passPel);
+  void image(gxPelBuffer_const<gxPackedRGB16Pel> const &buffer, gxPoint const &topLeft, Zoom const &zoom, bool pass,
+             unsigned short passPel);
+  void image(gxPelBuffer_const<unsigned short> const &buffer, gxPoint const &topLeft, Zoom const &zoom, bool pass,
+             unsigned short passPel);
+  void image(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, Zoom const &zoom, bool pass,
+             unsigned char passPel, bool indexed);
   void runs(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::array<gxPackedRGB32Pel, 256> const &looks,
             std::array<bool, 256> const &isPass);
   ///@}
 
  private:
   template <class Pel, class Show, class IsPass>
-  void image(gxPelBuffer_const<Pel> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale, bool pass,
-             Show show, IsPass isPass);
+  void image(gxPelBuffer_const<Pel> const &buffer, gxPoint const &topLeft, Zoom const &zoom, bool pass, Show show,
+             IsPass isPass);
   void finish(gx_PelCanvas const &canvas, bool opaqueFill, gx_PelBox const &extent);
 
   gxPelScope &scope_;

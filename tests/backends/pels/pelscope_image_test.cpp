@@ -1,4 +1,5 @@
 #include "backends/pels/pelsurface.h"
+#include "dispc/uitablet.h"
 #include "foundation/rlebuf.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,8 @@
 #include <cmath>
 #include <optional>
 #include <random>
+#include <set>
+#include <tuple>
 
 namespace
 {
@@ -75,6 +78,42 @@ class Images : public testing::Test
     grey.offset(100, 200);  // a label, without a part in drawing
   }
 
+  /// Draws @p image at all places and scales, with and without transparency.
+  template <class Pel, class Value, class Look, class Flag = std::tuple<>>
+  void everywhere(std::string const &what, gxPelBuffer<Pel> const &image, Value passing, Look look, Flag flag = {})
+  {
+    for (auto const &at : places)
+      for (auto const &scale : scales)
+        for (bool const pass : {false, true}) {
+          gxPoint const p(double(at.x()) + 0.75, double(at.y()) + 0.25);
+          gxPelSurface s(theSize.x(), theSize.y());
+          gxPelScope &scope = s.overlayScope();
+          std::apply(
+              [&](auto... indexed) {
+                if (scale == gxPair<double>(1, 1))
+                  scope.draw(image, p, pass, passing, indexed...);
+                else if (scale.x() > 1.0)
+                  scope.expand(image, p, scale, pass, passing, indexed..., gxUITablet::noInterpolation);
+                else
+                  scope.sample(image, p, scale, pass, passing, indexed...);
+              },
+              flag);
+          expectImage(
+              s, at, size, scale,
+              [&](long x, long y) {
+                Pel const v = image.get(x + 3, y + 2);
+                return pass && isPassing(v, image.get(5, 5)) ? nothing : look(v);
+              },
+              what);
+        }
+  }
+  static bool isPassing(gxPackedRGB32Pel a, gxPackedRGB32Pel b) { return ((a.value() ^ b.value()) & 0xFFFFFF) == 0; }
+  template <class Pel>
+  static bool isPassing(Pel a, Pel b)
+  {
+    return a == b;
+  }
+
   gxPelBuffer<unsigned char> grey{20, 16};
   gxPelBuffer<unsigned short> deep{20, 16};
   gxPelBuffer<gxPackedRGB16Pel> packed{20, 16};
@@ -87,83 +126,16 @@ class Images : public testing::Test
 
 TEST_F(Images, OfEveryTypeAtEveryScale)
 {
-  auto const mode = gxUITablet::noInterpolation;
-  for (auto const &at : places)
-    for (auto const &scale : scales)
-      for (bool const pass : {false, true}) {
-        gxPoint const p(double(at.x()) + 0.75, double(at.y()) + 0.25);
-        bool const isUnit = scale == gxPair<double>(1, 1), enlarges = scale.x() > 1.0;
-        {
-          gxPelSurface s(theSize.x(), theSize.y());
-          unsigned char const passing = grey.get(5, 5);
-          if (isUnit)
-            s.overlayScope().draw(grey, p, pass, passing, false);
-          else if (enlarges)
-            s.overlayScope().expand(grey, p, scale, pass, passing, false, mode);
-          else
-            s.overlayScope().sample(grey, p, scale, pass, passing, false);
-          expectImage(
-              s, at, size, scale,
-              [&](long x, long y) {
-                int const v = grey.get(x + 3, y + 2);
-                return pass && v == passing ? nothing : solid(v, v, v);
-              },
-              "grey");
-        }
-        {
-          gxPelSurface s(theSize.x(), theSize.y());
-          unsigned short const passing = deep.get(5, 5);
-          if (isUnit)
-            s.overlayScope().draw(deep, p, pass, passing);
-          else if (enlarges)
-            s.overlayScope().expand(deep, p, scale, pass, passing, mode);
-          else
-            s.overlayScope().sample(deep, p, scale, pass, passing);
-          expectImage(
-              s, at, size, scale,
-              [&](long x, long y) {
-                int const v = deep.get(x + 3, y + 2);
-                return pass && v == passing ? nothing : solid(v / 256, v / 256, v / 256);
-              },
-              "deep");
-        }
-        {
-          gxPelSurface s(theSize.x(), theSize.y());
-          unsigned short const passing = packed.get(5, 5).value();
-          if (isUnit)
-            s.overlayScope().draw(packed, p, pass, passing);
-          else if (enlarges)
-            s.overlayScope().expand(packed, p, scale, pass, passing, mode);
-          else
-            s.overlayScope().sample(packed, p, scale, pass, passing);
-          expectImage(
-              s, at, size, scale,
-              [&](long x, long y) {
-                int const v = packed.get(x + 3, y + 2).value();
-                int const r = v >> 11, g = v >> 5 & 63, b = v & 31;
-                return pass && v == passing ? nothing : solid(r << 3 | r >> 2, g << 2 | g >> 4, b << 3 | b >> 2);
-              },
-              "packed");
-        }
-        {
-          gxPelSurface s(theSize.x(), theSize.y());
-          unsigned long const passing = color.get(5, 5).value() ^ 0x77000000u;  // another spare byte
-          if (isUnit)
-            s.overlayScope().draw(color, p, pass, passing);
-          else if (enlarges)
-            s.overlayScope().expand(color, p, scale, pass, passing, mode);
-          else
-            s.overlayScope().sample(color, p, scale, pass, passing);
-          expectImage(
-              s, at, size, scale,
-              [&](long x, long y) {
-                gxPackedRGB32Pel const v = color.get(x + 3, y + 2);
-                bool const passes = pass && ((v.value() ^ passing) & 0xFFFFFF) == 0;
-                return passes ? nothing : solid(v.red(), v.green(), v.blue());
-              },
-              "color");
-        }
-      }
+  // What has the value of the pel at (5, 5) is left out.
+  everywhere(
+      "grey", grey, grey.get(5, 5), [](unsigned char v) { return solid(v, v, v); }, std::tuple(false));
+  everywhere("deep", deep, deep.get(5, 5), [](unsigned short v) { return solid(v / 256, v / 256, v / 256); });
+  everywhere("packed", packed, packed.get(5, 5).value(), [](gxPackedRGB16Pel p) {
+    int const v = p.value(), r = v >> 11, g = v >> 5 & 63, b = v & 31;
+    return solid(r << 3 | r >> 2, g << 2 | g >> 4, b << 3 | b >> 2);
+  });
+  unsigned long const anotherSpare = color.get(5, 5).value() ^ 0x77000000u;
+  everywhere("color", color, anotherSpare, [](gxPackedRGB32Pel v) { return solid(v.red(), v.green(), v.blue()); });
 }
 
 TEST_F(Images, WholeNumberFactorsAreTheSameDoubles)
@@ -191,7 +163,7 @@ TEST_F(Images, ScalesThatAreNoneDrawNothing)
     }
   gxPelSurface s(theSize.x(), theSize.y());
   s.overlayScope().draw(gxPelBuffer<unsigned char>(), gxPoint(1, 2), false, 0, true);
-  s.overlayScope().expand(gxPelBuffer<gxPackedRGB32Pel>(), gxPoint(1, 2), {2, 2}, false, 0,
+  s.overlayScope().expand(gxPelBuffer<gxPackedRGB32Pel>(), gxPoint(1, 2), gxPair<double>(2, 2), false, 0,
                           static_cast<gxUITablet::InterpolationModes>(1));
   EXPECT_FALSE(s.overlayScope().someChanged());
 }
@@ -205,7 +177,8 @@ TEST_F(Images, InterpolationIsSmoothAndKeepsTheRectangle)
   for (int const mode : {1, 2}) {
     gxPelSurface s(100, 60);
     gxPelScope &scope = s.overlayScope();
-    scope.expand(ramp, gxPoint(10, 5), {4, 4}, false, 0, false, static_cast<gxUITablet::InterpolationModes>(mode));
+    scope.expand(ramp, gxPoint(10, 5), gxPair<double>(4, 4), false, 0, false,
+                 static_cast<gxUITablet::InterpolationModes>(mode));
     EXPECT_EQ(scope.changeRect(), gxUIRect(10, 5, 80, 48));
     for (long x = 40; x < 60; ++x) {  // far from the border: 10 more every 4 pels
       int const step = s.overlayPels().get(x + 1, 30).red() - s.overlayPels().get(x, 30).red();
@@ -213,7 +186,7 @@ TEST_F(Images, InterpolationIsSmoothAndKeepsTheRectangle)
     }
     gxPelSurface clipped(100, 60);
     clipped.overlayScope().setDisplayClipRect({33, 20, 21, 9});
-    clipped.overlayScope().expand(ramp, gxPoint(10, 5), {4, 4}, true, 0, false,
+    clipped.overlayScope().expand(ramp, gxPoint(10, 5), gxPair<double>(4, 4), true, 0, false,
                                   static_cast<gxUITablet::InterpolationModes>(mode));
     EXPECT_EQ(clipped.overlayScope().changeRect(), gxUIRect(33, 20, 21, 9));
     for (long x = 33; x < 54; ++x)

@@ -168,11 +168,13 @@ TEST(PelSurface, TheOverlayCoversTheImageAndPassUncoversIt)
   EXPECT_EQ(surface.picture().get(1, 1), gxPackedRGB32Pel(10, 20, 30));
   EXPECT_EQ(surface.picture().get(2, 1), gxPackedRGB32Pel(255, 255, 0));
 
+  surface.overlayScope().set(gxColor(243));
+  EXPECT_FALSE(surface.overlayScope().opaque()) << "what lets through covers nothing";
   surface.overlayScope().set(gxColor(243, 243, 243));  // by components this is a color like any other
   EXPECT_TRUE(surface.overlayScope().opaque());
   EXPECT_EQ(surface.picture().get(0, 0), gxPackedRGB32Pel(243, 243, 243));
   surface.overlayScope().set(gxColor(243));
-  EXPECT_FALSE(surface.overlayScope().opaque()) << "it lets through again";
+  EXPECT_TRUE(surface.overlayScope().opaque()) << "an application that sets the flag is not overruled";
   surface.imageScope().set(gxColor::pass);
   EXPECT_TRUE(surface.imageScope().opaque()) << "nothing is behind an image";
   EXPECT_EQ(surface.picture().get(0, 0), gxPackedRGB32Pel(243, 243, 243));

@@ -13,6 +13,7 @@
 #include "foundation/pelbuf.h"
 #include "foundation/polygon.h"
 #include "foundation/polyline.h"
+#include "foundation/rect.h"
 #include "foundation/rlebuf.h"
 
 #include <memory>

@@ -21,6 +21,7 @@
 #include "dispc/sketchop_shapes.h"
 #include "dispc/sketchop_text.h"
 #include "dispc/tabletbase.h"
+#include "dispc/uibitmap.h"
 #include "dispc/uierror.h"
 #include "dispc/uirect.h"
 #include "dispc/uiscope.h"

@@ -170,11 +170,13 @@ TEST(PelSurface, TheOverlayCoversTheImageAndPassUncoversIt)
 
   surface.overlayScope().set(gxColor(243));
   EXPECT_FALSE(surface.overlayScope().opaque()) << "what lets through covers nothing";
+  surface.overlayScope().noChange();
   surface.overlayScope().set(gxColor(243, 243, 243));  // by components this is a color like any other
   EXPECT_TRUE(surface.overlayScope().opaque());
   EXPECT_EQ(surface.picture().get(0, 0), gxPackedRGB32Pel(243, 243, 243));
   surface.overlayScope().set(gxColor(243));
   EXPECT_TRUE(surface.overlayScope().opaque()) << "an application that sets the flag is not overruled";
+  surface.imageScope().noChange();
   surface.imageScope().set(gxColor::pass);
   EXPECT_TRUE(surface.imageScope().opaque()) << "nothing is behind an image";
   EXPECT_EQ(surface.picture().get(0, 0), gxPackedRGB32Pel(243, 243, 243));

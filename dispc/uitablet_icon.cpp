@@ -1,4 +1,5 @@
 #include "dispc/detail/uitablet_draw.h"
+#include "foundation/numbers.h"
 #include "foundation/pelbuf.h"
 #include "foundation/rlebuf.h"
 
@@ -77,6 +78,7 @@ bool gxUITablet::iconTouched(char const *pattern, gxPair<long> const &pos, long 
 {
   if (!pattern || !*pattern)
     return false;
+  width = gf_narrow(width);  // so that 64 bits hold every index
   std::string_view const text(pattern + 1);
   if (width == -1)
     width = static_cast<long>(std::min(text.find(*pattern), text.size())) + 1;

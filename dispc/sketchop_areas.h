@@ -19,7 +19,7 @@ struct gx_FormRect {
 };
 
 /// A rectangle in the colour of the head.
-class GX_API gx_UISketchOpSet : public gx_UISketchOpData
+class GX_API gx_UISketchOpSet final : public gx_UISketchOpData
 {
  public:
   gx_FormRect const &rect() const { return rect_; }
@@ -31,7 +31,7 @@ class GX_API gx_UISketchOpSet : public gx_UISketchOpData
 };
 
 /// All but a rectangle.
-class GX_API gx_UISketchOpSetComp : public gx_UISketchOpData
+class GX_API gx_UISketchOpSetComp final : public gx_UISketchOpData
 {
  public:
   gx_FormRect const &rect() const { return rect_; }
@@ -43,13 +43,13 @@ class GX_API gx_UISketchOpSetComp : public gx_UISketchOpData
 };
 
 /// The whole surface; without a payload.
-class GX_API gx_UISketchOpSetAll : public gx_UISketchOpData
+class GX_API gx_UISketchOpSetAll final : public gx_UISketchOpData
 {
   GX_SKETCH_OP(gx_UISketchOpSetAll);
 };
 
 /// A flood fill, from a seed in one of two forms.
-class GX_API gx_UISketchOpFill : public gx_UISketchOpData
+class GX_API gx_UISketchOpFill final : public gx_UISketchOpData
 {
  public:
   bool inPels() const { return inPels_; }
@@ -69,7 +69,7 @@ class GX_API gx_UISketchOpFill : public gx_UISketchOpData
 };
 
 /// A frame in two colours.
-class GX_API gx_UISketchOpOutline3d : public gx_UISketchOpData
+class GX_API gx_UISketchOpOutline3d final : public gx_UISketchOpData
 {
  public:
   gx_FormRect const &rect() const { return rect_; }
@@ -88,7 +88,7 @@ class GX_API gx_UISketchOpOutline3d : public gx_UISketchOpData
 };
 
 /// The pen goes to a point.
-class GX_API gx_UISketchOpDrawStart : public gx_UISketchOpData
+class GX_API gx_UISketchOpDrawStart final : public gx_UISketchOpData
 {
  public:
   gxPoint const &point() const { return point_; }
@@ -100,7 +100,7 @@ class GX_API gx_UISketchOpDrawStart : public gx_UISketchOpData
 };
 
 /// The pen draws to a point.
-class GX_API gx_UISketchOpDrawTo : public gx_UISketchOpData
+class GX_API gx_UISketchOpDrawTo final : public gx_UISketchOpData
 {
  public:
   gxPoint const &point() const { return point_; }
@@ -112,7 +112,7 @@ class GX_API gx_UISketchOpDrawTo : public gx_UISketchOpData
 };
 
 /// The pen draws a step in pels.
-class GX_API gx_UISketchOpDrawToRelPels : public gx_UISketchOpData
+class GX_API gx_UISketchOpDrawToRelPels final : public gx_UISketchOpData
 {
  public:
   gxPair<long> const &step() const { return step_; }
@@ -124,7 +124,7 @@ class GX_API gx_UISketchOpDrawToRelPels : public gx_UISketchOpData
 };
 
 /// The pen goes a step in pels.
-class GX_API gx_UISketchOpMoveToRelPels : public gx_UISketchOpData
+class GX_API gx_UISketchOpMoveToRelPels final : public gx_UISketchOpData
 {
  public:
   gxPair<long> const &step() const { return step_; }
@@ -136,7 +136,7 @@ class GX_API gx_UISketchOpMoveToRelPels : public gx_UISketchOpData
 };
 
 /// An arrowhead.
-class GX_API gx_UISketchOpArrow : public gx_UISketchOpData
+class GX_API gx_UISketchOpArrow final : public gx_UISketchOpData
 {
  public:
   gxPoint const &tip() const { return tip_; }

@@ -10,7 +10,7 @@
 /// Op objects of shapes that a record holds as a block. But for the last one they are views.
 
 /// A sector of the ring between two ellipses, drawn with an arrowhead that points forward.
-class GX_API gx_UISketchOpEllipseAnnSect : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipseAnnSect final : public gx_UISketchOpData
 {
  public:
   /// Made anew by each call.
@@ -23,7 +23,7 @@ class GX_API gx_UISketchOpEllipseAnnSect : public gx_UISketchOpData
 };
 
 /// A general rectangle, outlined or filled: codes 8 and 31.
-class GX_API gx_UISketchOpGenRect : public gx_UISketchOpData
+class GX_API gx_UISketchOpGenRect final : public gx_UISketchOpData
 {
  public:
   /// Made anew by each call.
@@ -36,7 +36,7 @@ class GX_API gx_UISketchOpGenRect : public gx_UISketchOpData
 };
 
 /// The ring between two general rectangles.
-class GX_API gx_UISketchOpGenAnn : public gx_UISketchOpData
+class GX_API gx_UISketchOpGenAnn final : public gx_UISketchOpData
 {
  public:
   /// Made anew by each call.
@@ -49,7 +49,7 @@ class GX_API gx_UISketchOpGenAnn : public gx_UISketchOpData
 };
 
 /// An affine rectangle.
-class GX_API gx_UISketchOpAffineRect : public gx_UISketchOpData
+class GX_API gx_UISketchOpAffineRect final : public gx_UISketchOpData
 {
  public:
   /// Made anew by each call.
@@ -63,7 +63,7 @@ class GX_API gx_UISketchOpAffineRect : public gx_UISketchOpData
 
 /// A sector of the ring between two ellipses, with its own arrow flags: a replay puts them into the properties of the
 /// header, where they stay for the records that follow without properties.
-class GX_API gx_UISketchOpEllipseAnnSectArrowheadFlag : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipseAnnSectArrowheadFlag final : public gx_UISketchOpData
 {
  public:
   gxEllipseAnnulusSection const &section() const { return section_; }

@@ -13,7 +13,7 @@
 /// Op objects of shapes with any number of points, of curves, and of what clients define. They hold the values.
 
 /// A rational Bezier curve.
-class GX_API gx_UISketchOpBezierCurve : public gx_UISketchOpData
+class GX_API gx_UISketchOpBezierCurve final : public gx_UISketchOpData
 {
  public:
   gxBezierCurve const &curve() const { return curve_; }
@@ -25,7 +25,7 @@ class GX_API gx_UISketchOpBezierCurve : public gx_UISketchOpData
 };
 
 /// A spline, as the curves that it consists of.
-class GX_API gx_UISketchOpCubicSpline : public gx_UISketchOpData
+class GX_API gx_UISketchOpCubicSpline final : public gx_UISketchOpData
 {
  public:
   std::vector<gxBezierCurve> const &curves() const { return curves_; }
@@ -37,7 +37,7 @@ class GX_API gx_UISketchOpCubicSpline : public gx_UISketchOpData
 };
 
 /// A polygon with its fill mode.
-class GX_API gx_UISketchOpPolygon : public gx_UISketchOpData
+class GX_API gx_UISketchOpPolygon final : public gx_UISketchOpData
 {
  public:
   gxPolygon const &polygon() const { return polygon_; }
@@ -49,7 +49,7 @@ class GX_API gx_UISketchOpPolygon : public gx_UISketchOpData
 };
 
 /// A polyline, open or closed.
-class GX_API gx_UISketchOpPolyline : public gx_UISketchOpData
+class GX_API gx_UISketchOpPolyline final : public gx_UISketchOpData
 {
  public:
   gxPolyline const &polyline() const { return polyline_; }
@@ -61,7 +61,7 @@ class GX_API gx_UISketchOpPolyline : public gx_UISketchOpData
 };
 
 /// A shape of a client's, by its identity and the bytes that it saved.
-class GX_API gx_UISketchOpGenShape : public gx_UISketchOpData
+class GX_API gx_UISketchOpGenShape final : public gx_UISketchOpData
 {
  public:
   /// The colour that the client drew in; a replay takes that of the head.
@@ -79,7 +79,7 @@ class GX_API gx_UISketchOpGenShape : public gx_UISketchOpData
 
 /// A sketch inside a sketch, which holds its bytes. It cannot pass through an archive: that throws
 /// gxUIError::NotImplemented.
-class GX_API gx_UISketchOpSketch : public gx_UISketchOpData
+class GX_API gx_UISketchOpSketch final : public gx_UISketchOpData
 {
  public:
   gxPoint const &offset() const { return offset_; }

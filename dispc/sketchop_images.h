@@ -14,7 +14,7 @@
 /// Op objects of images. The pels and the runs stay where they stand in the stream.
 
 /// An image of 8-bit pels.
-class GX_API gx_UISketchOpPelBuf8 : public gx_UISketchOpData
+class GX_API gx_UISketchOpPelBuf8 final : public gx_UISketchOpData
 {
  public:
   gxPoint const &position() const { return position_; }
@@ -41,7 +41,7 @@ class GX_API gx_UISketchOpPelBuf8 : public gx_UISketchOpData
 };
 
 /// A run-length image.
-class GX_API gx_UISketchOpRleBuf : public gx_UISketchOpData
+class GX_API gx_UISketchOpRleBuf final : public gx_UISketchOpData
 {
  public:
   gxPoint const &position() const { return position_; }

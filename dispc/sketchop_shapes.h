@@ -17,7 +17,7 @@
 /// Op objects of single shapes of a fixed size. They hold the values.
 
 /// A point of one pel.
-class GX_API gx_UISketchOpPoint : public gx_UISketchOpData
+class GX_API gx_UISketchOpPoint final : public gx_UISketchOpData
 {
  public:
   gxPoint const &point() const { return point_; }
@@ -29,7 +29,7 @@ class GX_API gx_UISketchOpPoint : public gx_UISketchOpData
 };
 
 /// The point icon.
-class GX_API gx_UISketchOpPointIcon : public gx_UISketchOpData
+class GX_API gx_UISketchOpPointIcon final : public gx_UISketchOpData
 {
  public:
   gxPoint const &point() const { return point_; }
@@ -41,7 +41,7 @@ class GX_API gx_UISketchOpPointIcon : public gx_UISketchOpData
 };
 
 /// A segment.
-class GX_API gx_UISketchOpLineSeg : public gx_UISketchOpData
+class GX_API gx_UISketchOpLineSeg final : public gx_UISketchOpData
 {
  public:
   gxLineSeg const &segment() const { return segment_; }
@@ -53,7 +53,7 @@ class GX_API gx_UISketchOpLineSeg : public gx_UISketchOpData
 };
 
 /// An endless line.
-class GX_API gx_UISketchOpLine : public gx_UISketchOpData
+class GX_API gx_UISketchOpLine final : public gx_UISketchOpData
 {
  public:
   gxLine const &line() const { return line_; }
@@ -65,7 +65,7 @@ class GX_API gx_UISketchOpLine : public gx_UISketchOpData
 };
 
 /// A circle, outlined or filled: codes 4 and 29.
-class GX_API gx_UISketchOpCircle : public gx_UISketchOpData
+class GX_API gx_UISketchOpCircle final : public gx_UISketchOpData
 {
  public:
   gxCircle const &circle() const { return circle_; }
@@ -77,7 +77,7 @@ class GX_API gx_UISketchOpCircle : public gx_UISketchOpData
 };
 
 /// An ellipse, outlined or filled: codes 5 and 30.
-class GX_API gx_UISketchOpEllipse : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipse final : public gx_UISketchOpData
 {
  public:
   gxEllipse const &ellipse() const { return ellipse_; }
@@ -89,7 +89,7 @@ class GX_API gx_UISketchOpEllipse : public gx_UISketchOpData
 };
 
 /// An elliptical arc.
-class GX_API gx_UISketchOpEllipseArc : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipseArc final : public gx_UISketchOpData
 {
  public:
   gxEllipseArc const &arc() const { return arc_; }
@@ -101,7 +101,7 @@ class GX_API gx_UISketchOpEllipseArc : public gx_UISketchOpData
 };
 
 /// A coordinate frame.
-class GX_API gx_UISketchOpCoordAxes : public gx_UISketchOpData
+class GX_API gx_UISketchOpCoordAxes final : public gx_UISketchOpData
 {
  public:
   gxCoordAxes const &axes() const { return axes_; }
@@ -113,7 +113,7 @@ class GX_API gx_UISketchOpCoordAxes : public gx_UISketchOpData
 };
 
 /// An upright rectangle.
-class GX_API gx_UISketchOpRect : public gx_UISketchOpData
+class GX_API gx_UISketchOpRect final : public gx_UISketchOpData
 {
  public:
   gxRect const &rect() const { return rect_; }
@@ -125,7 +125,7 @@ class GX_API gx_UISketchOpRect : public gx_UISketchOpData
 };
 
 /// A cross.
-class GX_API gx_UISketchOpCross : public gx_UISketchOpData
+class GX_API gx_UISketchOpCross final : public gx_UISketchOpData
 {
  public:
   gxCross const &cross() const { return cross_; }
@@ -137,7 +137,7 @@ class GX_API gx_UISketchOpCross : public gx_UISketchOpData
 };
 
 /// An ellipse as a shape; right-handed and without a phase, which a record does not keep.
-class GX_API gx_UISketchOpEllipse2 : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipse2 final : public gx_UISketchOpData
 {
  public:
   gxEllipse2 const &ellipse() const { return ellipse_; }
@@ -149,7 +149,7 @@ class GX_API gx_UISketchOpEllipse2 : public gx_UISketchOpData
 };
 
 /// An elliptical arc as a shape.
-class GX_API gx_UISketchOpEllipseArc2 : public gx_UISketchOpData
+class GX_API gx_UISketchOpEllipseArc2 final : public gx_UISketchOpData
 {
  public:
   gxEllipseArc2 const &arc() const { return arc_; }
@@ -161,7 +161,7 @@ class GX_API gx_UISketchOpEllipseArc2 : public gx_UISketchOpData
 };
 
 /// The clip rectangle of the display.
-class GX_API gx_UISketchOpClipRect : public gx_UISketchOpData
+class GX_API gx_UISketchOpClipRect final : public gx_UISketchOpData
 {
  public:
   gxRect const &rect() const { return rect_; }

@@ -12,7 +12,7 @@
 /// Op objects of texts. They look at the text where it stands in the stream.
 
 /// A text in the colour of the head.
-class GX_API gx_UISketchOpString : public gx_UISketchOpData
+class GX_API gx_UISketchOpString final : public gx_UISketchOpData
 {
  public:
   gxPoint const &position() const { return position_; }
@@ -35,7 +35,7 @@ class GX_API gx_UISketchOpString : public gx_UISketchOpData
 };
 
 /// A text of 16-bit units. No tablet records it; a replay draws it as narrow text.
-class GX_API gx_UISketchOpUnicodeString : public gx_UISketchOpData
+class GX_API gx_UISketchOpUnicodeString final : public gx_UISketchOpData
 {
  public:
   gxPoint const &position() const { return position_; }

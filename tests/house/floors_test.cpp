@@ -167,7 +167,8 @@ TEST_F(MadeUpHouse, tellsForeignPrivateAndForgottenHeaders)
 {
   write("mid/shape.h", {"<sys/types.h>", "<immintrin.h>", "\"mid/shape_detail.h\""});
   write("mid/shape.cpp", {"<immintrin.h>"});
-  write("top/all.h", {"<png.h>", "\"mid/shape_detail.h\""});
+  write("top/all.h", {"<png.h>"});
+  write("top/tool.h", {"\"mid/shape_detail.h\""});  // what is not installed may look behind the scenes
   EXPECT_THAT(foreignHeaders(files(), floors(), 2),
               ElementsAre(HasSubstr("mid/shape.h:2: <sys/types.h>"), HasSubstr("mid/shape.h:3: <immintrin.h>")));
   EXPECT_THAT(privateInPublic(files(), floors(), 2), ElementsAre(HasSubstr("mid/shape.h:4")));

@@ -92,6 +92,7 @@ void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
   root.drawing(result);
   pages.show("overlay", "the result of a vision tool on the overlay, recorded", surface, &root.sketch(),
              [&] { root.record(); });
+  pages.store("overlay", root.sketch());
 
   // Two windows on the same picture: one enlarged on a corner, one turned and made small.
   gxPair<long> const size = camera.size();
@@ -138,6 +139,7 @@ void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
 // Further chapters, each in a source of its own.
 constexpr void (*chapters[])(Pages &) = {
     graphicsChapter,
+    outlinesChapter,
 };
 }  // namespace
 

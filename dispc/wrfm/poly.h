@@ -103,6 +103,15 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   void reset();
   ///@}
 
+  /// @name Direction
+  ///@{
+  /// True if the inside lies to the left of the first segment, in a frame with y up; the other way round after
+  /// toggleDirection(). If that segment is an arc, a test ray that happens to point beyond 180 degrees turns the answer
+  /// round. Throws notClosed.
+  bool isDirectionPositive() const;
+  bool isDirectionNegative() const { return !isDirectionPositive(); }
+  ///@}
+
   /// @name Attributes
   ///@{
   /// True if toggleDirection() has swapped the positive and the negative side.
@@ -236,7 +245,39 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   bool vertexIntersectsVertex_(int v, int w) const;
   bool segmentIntersectsPoly_(int s, int last) const;
   bool vertexIntersectsPoly_(int v, int last) const;
+  /// Common points of two segments. Where they follow each other, their joint is none.
   std::vector<gxVector<2>> segmentIntersection_(int s, int t) const;
+  /// Common points of two fillets, and of a segment and a fillet; none for a vertex without one.
+  std::vector<gxVector<2>> vertexIntersection_(int v, int w) const;
+  std::vector<gxVector<2>> segmentVertexIntersection_(int s, int v) const;
+  /// The one that reckons with segments before rounding, if they follow each other.
+  bool segmentIntersectsSegment_(int s, int t) const;
+  ///@}
+
+  /// @name Against points and other outlines
+  ///@{
+  /// True if the rounded outline runs round @p p an odd number of times. Throws notClosed.
+  bool inside_(gxVector<2> const &p) const;
+  /// All points where the rounded outlines meet: for each vertex and the segment that ends there, those with each
+  /// vertex and segment of the other. A point on the end of a piece is found with its neighbour too. What comes within
+  /// 1e-11 of the size of the outlines lies on a piece.
+  std::vector<gxVector<2>> intersection_(gxSMDGDPoly const &other) const;
+  /// The same for one vertex, or one segment, of this outline. Throw invalidIndex.
+  std::vector<gxVector<2>> intersectionVertex_(gxSMDGDPoly const &other, int v) const;
+  std::vector<gxVector<2>> intersectionSegment_(gxSMDGDPoly const &other, int s) const;
+  ///@}
+
+  /// @name Extensions
+  /// How far segments run on past corners that turn by 45 degrees or more, as fractions of their lengths.
+  ///@{
+  /// Sets both fractions of each segment to @p fraction at such corners, and to 0 at others and at open ends.
+  void setExtensions_(double fraction);
+  /// By half of the length.
+  void setDefaultExtensions_();
+  /// Shortens the extensions of this outline by the pieces of @p other: see
+  /// gxSMDGDPolyPrivate::checkSegmentExtension_().
+  /// @param samePoly @p other is this outline: no segment is held against itself and its own fillets
+  void checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegree const &angle, double step, bool samePoly);
   ///@}
 
   void reInit() override;
@@ -265,6 +306,8 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   bool fits_(int v, double size) const;
   /// Diagonal of the box round the vertices; 0 if there are none.
   double outlineSize_() const;
+  /// Within which a point lies on a piece of one of these outlines.
+  static double onPieceTolerance_(gxSMDGDPoly const &a, gxSMDGDPoly const &b);
   static void checkFinite_(gxSMDGDPolyVertex const &v);
   struct Neighbours;
   /// The vertices whose fillets depend on vertex @p i, as they are found anew; some may be named twice.

@@ -69,3 +69,20 @@ bool gxSMDGDPoly::vertexIntersectsPoly_(int v, int last) const
   }
   return false;
 }
+
+bool gxSMDGDPoly::segmentIntersectsSegment_(int s, int t) const
+{
+  int const joints = (s == previousVertexIndex_(t) ? 1 : 0) + (t == previousVertexIndex_(s) ? 1 : 0);
+  if (joints == 0)
+    return !segmentIntersection_(s, t).empty();
+  if (isLineSegment_(s) && isLineSegment_(t))
+    return false;
+  double const near = kJointTolerance * outlineSize_();
+  auto const isJoint = [&](gxVector<2> const &p, int before, int after) {
+    return previousVertexIndex_(after) == before && p.distance(vertexPoint_(before)) <= near;
+  };
+  for (gxVector<2> const &p : gx_meet(gx_plainSegment(*this, s), gx_plainSegment(*this, t), false))
+    if (!isJoint(p, s, t) && !isJoint(p, t, s))
+      return true;
+  return false;
+}

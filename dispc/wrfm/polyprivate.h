@@ -98,6 +98,48 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gx2SegmentArc backwardArcSegmentExtension_(gxSMDGDPoly const &poly, int s);
   ///@}
 
+  /// Cuts an extension back to where it last was clear of another piece. It is walked from the end of the segment (with
+  /// @p backward from the start) in steps of length @p step; it is blocked where the other piece is met at a right
+  /// angle to it, nearer than @p clearance, and running at most @p angle aside. Throws gxShapesError::BadCoef for a
+  /// step that is not positive and finite; a walk takes at most a million steps.
+  ///@{
+  static void checkSegmentExtension_(double &fraction, gx2SegmentLine const &segment, gx2SegmentLine const &other,
+                                     double clearance, gxDegree const &angle, double step, bool backward);
+  static void checkSegmentExtension_(double &fraction, gx2SegmentLine const &segment, gx2SegmentArc const &other,
+                                     double clearance, gxDegree const &angle, double step, bool backward);
+  static void checkSegmentExtension_(double &fraction, gx2SegmentArc const &segment, gx2SegmentLine const &other,
+                                     double clearance, gxDegree const &angle, double step, bool backward);
+  static void checkSegmentExtension_(double &fraction, gx2SegmentArc const &segment, gx2SegmentArc const &other,
+                                     double clearance, gxDegree const &angle, double step, bool backward);
+  ///@}
+
+  /// @name Points and outlines
+  ///@{
+  static bool inside(gxSMDGDPoly const &poly, gxVector<2> const &p) { return poly.inside_(p); }
+  /// The nearest point of the rounded outline; the first of several. Throws invalidIndex if there are no vertices.
+  static gxVector<2> closestPoint(gxSMDGDPoly const &poly, gxVector<2> const &p);
+  static double distToPoint(gxSMDGDPoly const &poly, gxVector<2> const &p) { return closestPoint(poly, p).distance(p); }
+  /// True if outline @p a touches @p b at @p p, where they meet, without passing through it: at a sharp vertex of @p a
+  /// if both its segments stay on one side of @p b, on a fillet if it is tangent there. Throws notClosed for an open @p
+  /// b.
+  static bool pointContact(gxSMDGDPoly const &a, gxVector<2> const &p, gxSMDGDPoly const &b);
+  ///@}
+
+  /// @name Ranges
+  /// A range is an arc of radius 1 about a point: the directions in which a stretch of an outline is seen from there.
+  /// A ray from the point crosses a piece once for each range of it that holds the direction of the ray.
+  ///@{
+  /// Of all pieces but one segment; -1 leaves none out. The rounded pieces are meant. A line that ends at the point has
+  /// none.
+  static std::vector<gx2SegmentArc> ranges_(gxSMDGDPoly const &poly, gxVector<2> const &p, int excludedSegment);
+  /// Up to three: an arc may be seen to turn back at two places.
+  static std::vector<gx2SegmentArc> arcRanges_(gx2SegmentArc const &arc, gxVector<2> const &p);
+  /// The middle of the widest gap between the starts of ranges, from @p start through @p span; all round for a span of
+  /// a turn. 0 if there are no ranges.
+  static gxDegree safestDirection_(std::vector<gx2SegmentArc> const &ranges, gxDegree const &start,
+                                   gxDegree const &span);
+  ///@}
+
   /// @name Surgery
   /// New outlines from the pieces of others, each checked as any outline is: what cannot stand throws crossingSegments,
   /// invalidRounding or gxShapesError::DegenerateShape. An outline or list that is handed in for the result stays as it
@@ -140,6 +182,9 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   ///@}
 
  private:
+  /// True if a line from @p from arrives at @p p, a point on @p b, from inside.
+  static bool arrivesInside_(gxSMDGDPoly const &b, gxVector<2> const &p, gxVector<2> const &from);
+
   static gxPersistent *make();
   static gx_Instantiator sExemplar;
   static void copyLooks_(gxSMDGDPoly const &from, gxSMDGDPoly &to);

@@ -4,10 +4,13 @@
 #include "backends/png/pngfile.h"
 #endif
 #include "dispc/sketchop.h"
+#include "foundation/archive.h"
 #include "foundation/netpbm.h"
 
 #include <chrono>
 #include <cstdio>
+#include <fstream>
+#include <stdexcept>
 
 namespace
 {
@@ -62,6 +65,18 @@ void Pages::show(char const *name, std::string const &what, gxPelSurface &surfac
   std::string const file = (folder_ / (std::string(number) + name + extension)).string();
   write(file, picture);
   std::printf("%-26s %-60s %35s%6.2f ms\n", file.c_str(), what.c_str(), contentOf(sketch).c_str(), took.count());
+}
+
+void Pages::store(char const *name, gxUISketch sketch)
+{
+  std::string const file = (folder_ / (std::string(name) + ".sketch")).string();
+  std::ofstream os(file, std::ios::binary);
+  gxStoringArchive archive(os);
+  archive || sketch;
+  archive.flush();
+  if (!os.flush())
+    throw std::runtime_error(file + " cannot be written");
+  remark("its records are in " + file + ": gxsketch dump or render shows them");
 }
 
 void Pages::remark(std::string const &text)

@@ -22,6 +22,8 @@ class Pages
   /// shows, what @p sketch holds, if there is one, and how long painting took.
   void show(char const *name, std::string const &what, gxPelSurface &surface, gxUISketch const *sketch,
             std::function<void()> const &work);
+  /// Stores a sketch as NAME.sketch, for the tool gxsketch.
+  void store(char const *name, gxUISketch sketch);
   /// A line below the last page's.
   void remark(std::string const &text);
 
@@ -36,3 +38,6 @@ class Pages
 
 /// A group of graphics: drawn, mapped, cloned in other colors, archived and drawn again.
 void graphicsChapter(Pages &pages);
+
+/// The outline of a device with fillets and tolerances, and edits that it refuses.
+void outlinesChapter(Pages &pages);

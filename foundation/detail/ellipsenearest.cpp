@@ -81,6 +81,7 @@ gxVector<2> gx_EllipseNear::nearest() const
     return restored(c, std::sqrt((1.0 - c) * (1.0 + c)));
   }
   constexpr double converged = 4.5e-16;  // two units in the last place
+  constexpr double exactStep = 1e-16;    // a step leaves at most 3/2 (c / s)^2 times the square of the excess
   constexpr int patience = 8;            // steps between two halvings
   constexpr int maxSteps = 200;          // far more than halvings of the logarithms of all doubles need
   double low = std::max(by_, ax_ - focal_), high = ax_ + by_;
@@ -97,10 +98,14 @@ gxVector<2> gx_EllipseNear::nearest() const
     if (std::abs(excess) <= converged)
       break;
     (excess > 0.0 ? low : high) = u;
-    double next = u + excess * norm * norm / (c * c * inverseFocal + s * s * inverse);
+    double const cc = c * c, ss = s * s;
+    double next = u + excess * norm * norm / (cc * inverseFocal + ss * inverse);
     if (next == u)
       break;
-    if (!(low < next && next < high) || i % patience == 0)
+    bool const isInside = low < next && next < high;
+    if (isInside && excess * excess * cc <= exactStep * ss)
+      return restored(ax_ / (next + focal_), by_ / next);
+    if (!isInside || i % patience == 0)
       next = std::sqrt(low) * std::sqrt(high);
     u = next;
   }

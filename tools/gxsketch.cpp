@@ -1,0 +1,197 @@
+// Looks into stored sketches, cuts and joins them, and makes pictures of them. The texts below tell how it is called.
+
+#include "tools/gxsketch/commandline.h"
+#include "tools/gxsketch/errors.h"
+#include "tools/gxsketch/render.h"
+#include "tools/gxsketch/sketchfile.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using Words = std::vector<std::string>;
+
+void printUsage(std::ostream &os)
+{
+  os << "usage: gxsketch COMMAND ...\n"
+        "\n"
+        "  info FILE...                     records, bytes, what they draw, and the pels that they cover\n"
+        "  dump FILE...                     a line for each record: number, first byte, head and payload\n"
+        "  render FILE PICTURE [OPTION...]  draws the sketch; PICTURE ends in "
+     << pictureKinds()
+     << "\n"
+        "      --size WxH                   the pels from (0, 0) on; without it, those that are covered\n"
+        "      --scale S                    enlarges or reduces coordinates and images; 1 by default\n"
+        "      --layer LAYER                image, overlay or both, which is the default\n"
+        "  cat -o OUT FILE...               joins sketches, one drawn after the other\n"
+        "  cut -o OUT FILE RECORDS...       keeps some records, by numbers as in 7, 3-5 or 3-\n"
+        "  --help, --version\n"
+        "\n"
+        "A FILE is an archive that holds one sketch. Exit status: 0, 1 for a file that cannot be read, written or\n"
+        "drawn, 2 for a command line that makes no sense.\n";
+}
+
+std::string const &needOption(CommandLine const &line, std::string const &name)
+{
+  if (std::string const *const value = line.option(name))
+    return *value;
+  throw UsageError("option " + name + " is missing");
+}
+
+void needFiles(CommandLine const &line)
+{
+  if (line.operands().empty())
+    throw UsageError("a file is missing");
+}
+
+void infoOf(std::string const &path)
+{
+  gxUISketch const sketch = readSketch(path);
+  std::array<long, gf_sketchCodes.size()> counts{};
+  std::array<long, 3> onLayer{};
+  long const records = forEachRecord(sketch, [&](Record const &record) {
+    ++counts[static_cast<std::size_t>(record.header.opcode())];
+    ++onLayer[static_cast<std::size_t>(std::clamp<long>(record.header.layer(), 0, 2))];
+  });
+  std::cout << path << ": " << records << " records, " << sketch.size() << " bytes\n";
+  static constexpr std::array layers = {"image", "overlay", "both"};
+  for (std::size_t i = 0; i < layers.size(); ++i)
+    if (onLayer[i] > 0) {
+      auto const layer = static_cast<gxUITablet::Layers>(i);
+      std::cout << "  on " << layers[i] << ": " << onLayer[i];
+      if (layer != gxUITablet::both)
+        std::cout << ", covers " << extentOf(sketch, 1.0, layer);
+      std::cout << '\n';
+    }
+  for (std::size_t i = 0; i < counts.size(); ++i)
+    if (counts[i] > 0)
+      std::cout << "  " << gf_sketchCodes[i].name << ": " << counts[i] << '\n';
+}
+
+void info(Words const &words)
+{
+  CommandLine const line(words, {});
+  needFiles(line);
+  for (std::string const &path : line.operands())
+    infoOf(path);
+}
+
+void dump(Words const &words)
+{
+  CommandLine const line(words, {});
+  needFiles(line);
+  for (std::string const &path : line.operands()) {
+    gxUISketch sketch = readSketch(path);
+    if (line.operands().size() > 1)
+      std::cout << path << ":\n";
+    gfDumpUISketch(std::cout, sketch);
+  }
+}
+
+gxUITablet::Layers layerIn(std::string const &text)
+{
+  if (text == "image")
+    return gxUITablet::image;
+  if (text == "overlay")
+    return gxUITablet::overlay;
+  if (text == "both")
+    return gxUITablet::both;
+  throw UsageError("'" + text + "' is no layer; give image, overlay or both");
+}
+
+void renderCommand(Words const &words)
+{
+  CommandLine const line(words, {"--size", "--scale", "--layer"});
+  if (line.operands().size() != 2)
+    throw UsageError("render takes a sketch and a picture");
+  View view;
+  if (std::string const *const text = line.option("--size")) {
+    auto const [width, height] = sizeIn(*text);
+    view.size = gxPair<long>(width, height);
+  }
+  if (std::string const *const text = line.option("--scale"))
+    view.scale = scaleIn(*text);
+  if (std::string const *const text = line.option("--layer"))
+    view.layer = layerIn(*text);
+  render(readSketch(line.operands()[0]), view, line.operands()[1]);
+}
+
+void cat(Words const &words)
+{
+  CommandLine const line(words, {"-o"});
+  needFiles(line);
+  gxUISketch joined;
+  for (std::string const &path : line.operands())
+    forEachRecord(readSketch(path), [&](Record const &record) { record.appendTo(joined); });
+  writeSketch(needOption(line, "-o"), joined);
+}
+
+void cut(Words const &words)
+{
+  CommandLine const line(words, {"-o"});
+  if (line.operands().size() < 2)
+    throw UsageError("cut takes a file and the numbers of records");
+  std::vector<Range> ranges;
+  for (std::size_t i = 1; i < line.operands().size(); ++i)
+    ranges.push_back(rangeIn(line.operands()[i]));
+  std::string const &to = needOption(line, "-o");
+  std::string const &path = line.operands()[0];
+  gxUISketch kept;
+  long const records = forEachRecord(readSketch(path), [&](Record const &record) {
+    if (std::ranges::any_of(ranges, [&](Range const &r) { return r.holds(record.number); }))
+      record.appendTo(kept);
+  });
+  for (Range const &r : ranges)
+    if (std::max(r.first, r.last) >= records)
+      throw FileError(path + ": there is no record " + std::to_string(std::max(r.first, r.last)) + ", but " +
+                      std::to_string(records) + " from 0 on");
+  writeSketch(to, kept);
+}
+
+struct Command {
+  char const *name;
+  void (*run)(Words const &);
+};
+constexpr Command commands[] = {{"info", info}, {"dump", dump}, {"render", renderCommand}, {"cat", cat}, {"cut", cut}};
+
+void run(Words const &words)
+{
+  if (words.empty())
+    throw UsageError("a command is missing");
+  Words const rest(words.begin() + 1, words.end());
+  if (words[0] == "--help" || words[0] == "-h" || std::ranges::find(rest, "--help") != rest.end())
+    return printUsage(std::cout);
+  if (words[0] == "--version") {
+    std::cout << "gxsketch " GXDISPLAY_VERSION "\n";
+    return;
+  }
+  for (Command const &command : commands)
+    if (words[0] == command.name)
+      return command.run(rest);
+  throw UsageError("no command " + words[0]);
+}
+
+}  // namespace
+
+int main(int argc, char **argv)
+{
+  try {
+    run(Words(argv + 1, argv + argc));
+    std::cout.flush();
+    if (!std::cout)
+      throw FileError("standard output: cannot be written");
+    return 0;
+  } catch (UsageError const &e) {
+    std::cerr << "gxsketch: " << e.what() << "\nTry 'gxsketch --help'.\n";
+    return 2;
+  } catch (std::exception const &e) {
+    std::cerr << "gxsketch: " << e.what() << '\n';
+    return 1;
+  }
+}

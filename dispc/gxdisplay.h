@@ -38,6 +38,7 @@
 #include "dispc/wrfm/model.h"
 #include "dispc/wrfm/modelprivate.h"
 #include "dispc/wrfm/poly.h"
+#include "dispc/wrfm/polyboxes.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "dispc/wrfm/polyvertex.h"
 #include "dispc/wrfm/synthetic.h"

@@ -9,6 +9,8 @@ namespace
 
 double normWithin(double v, double turn)
 {
+  if (v >= 0.0 && v < turn)
+    return v + 0.0;                // spares most angles a slow function
   double r = std::fmod(v, turn);  // exact, and of the sign of v
   if (r < 0.0)
     r += turn;
@@ -17,6 +19,8 @@ double normWithin(double v, double turn)
 
 double signedNormWithin(double v, double turn)
 {
+  if (v > -turn / 2.0 && v <= turn / 2.0)
+    return v + 0.0;
   double const r = std::remainder(v, turn);  // exact, in [-turn / 2, turn / 2]
   return r <= -turn / 2.0 ? -r : r + 0.0;
 }

@@ -65,7 +65,7 @@ gxSMDGDPoly gxSMDGDPoly::triangle(double base, double height, gxVector<2> const 
 
 // ---- Indices
 
-std::size_t gxSMDGDPoly::vertexAt_(long index, bool wrap) const
+std::size_t gxSMDGDPoly::wrapped_(long index, bool wrap) const
 {
   long const n = numVertices();
   if (n == 0 || (!wrap && (index < 0 || index >= n)))

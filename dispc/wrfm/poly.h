@@ -4,6 +4,7 @@
 #include "dispc/wrfm/colors.h"
 #include "dispc/wrfm/description.h"
 #include "dispc/wrfm/dimension.h"
+#include "dispc/wrfm/polyboxes.h"
 #include "dispc/wrfm/polyvertex.h"
 #include "foundation/exception.h"
 #include "foundation/export.h"
@@ -16,6 +17,8 @@
 #include <ostream>
 #include <string>
 #include <vector>
+
+struct gx_Meeting;
 
 /// An outline of a device: an open or closed chain of vertices, joined by lines and circular arcs. A vertex may be
 /// rounded: a fillet of a given radius then joins its two segments, which are cut back to where it touches them.
@@ -286,7 +289,12 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   friend class gxSMDGDPolyPrivate;
   class Edit;
 
-  std::size_t vertexAt_(long index, bool wrap) const;
+  std::size_t vertexAt_(long index, bool wrap) const
+  {
+    auto const at = static_cast<std::size_t>(index);
+    return at < vertices_.size() ? at : wrapped_(index, wrap);
+  }
+  std::size_t wrapped_(long index, bool wrap) const;
   gxSMDGDPolyVertex const &at_(int v) const { return vertices_[vertexAt_(v, false)]; }
   /// True if the vertex has a fillet: rounded, and no end.
   bool hasFillet_(int v) const { return vertexIsRounded_(v) && !isEndVertex(v); }
@@ -300,6 +308,18 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   Fillet filletAbout_(gxVector<2> const &center, int v) const;
   template <class Visit>
   void visitSegments_(Visit visit) const;
+  /// A box that holds segment @p i and the fillet of vertex @p i, with room for rounding.
+  gx_PolyBoxes::Box boxAt_(int i) const;
+  bool segmentIsSound_(int s) const;
+  /// Those of the segments and the fillet that a change of vertex @p v touches.
+  void markBoxesStale_(int v) noexcept;
+  void refreshBoxes_();
+  /// Calls visit(k) in order, for vertices k up to @p last (-1 for all) until one is true, which is returned. May leave
+  /// out those whose segment and fillet are far from segment and fillet of @p i.
+  template <class Visit>
+  bool anyNear_(int i, int last, Visit visit) const;
+  /// segmentIntersection_() without memory of its own.
+  gx_Meeting meetingOf_(int s, int t) const;
   bool claimsTooMuch_(int before, int after) const;
   void rebuildLabels_();
   void checkLoaded_(gxArchive const &archive);
@@ -318,6 +338,7 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   std::vector<gxVector<2>> prevRoundPoints_;  ///< per vertex, where the rounding touches the segment ending there
   std::vector<gxVector<2>> nextRoundPoints_;  ///< per vertex, where it touches the segment starting there
   std::vector<double> roundSpans_;            ///< per vertex, span of the rounding in degrees
+  gx_PolyBoxes boxes_;                        ///< round the pieces; looked at only while they are current
   std::uint8_t isOpen_ = 1;
   std::uint8_t directionReversed_ = 0;
   bool labelsInOrder_ = true;  ///< whether the labels stand in the order of their first vertices

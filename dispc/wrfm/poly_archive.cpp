@@ -55,8 +55,10 @@ void gxSMDGDPoly::serialize_(gxArchive &archive, unsigned char version)
       weight_ = 1.0;
     else
       archive || weight_;
-    if (archive.isLoading())
+    if (archive.isLoading()) {
+      boxes_.clear();
       checkLoaded_(archive);
+    }
   } catch (...) {
     if (archive.isLoading())
       gxSMDGDPoly::reInit();  // valid, though empty

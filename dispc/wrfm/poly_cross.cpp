@@ -1,7 +1,8 @@
 #include "dispc/wrfm/detail/polypiece.h"
 #include "dispc/wrfm/poly.h"
 
-// Where an outline meets itself, found by looking at one piece after the other.
+// Where an outline meets itself. What lies far away, by the boxes round the pieces, is left out where these are
+// current.
 
 namespace
 {
@@ -25,7 +26,7 @@ bool gxSMDGDPoly::vertexIntersectsVertex_(int v, int w) const
   return gx_SegmentMeet::meet(arc, gxSMDGDPolyPrivate::roundedArcVertex_(*this, w), false).count != 0;
 }
 
-std::vector<gxVector<2>> gxSMDGDPoly::segmentIntersection_(int s, int t) const
+gx_Meeting gxSMDGDPoly::meetingOf_(int s, int t) const
 {
   bool const adjacent = s == previousVertexIndex_(t) || t == previousVertexIndex_(s);
   bool const lines = isLineSegment_(s) && isLineSegment_(t);
@@ -33,48 +34,52 @@ std::vector<gxVector<2>> gxSMDGDPoly::segmentIntersection_(int s, int t) const
     return {};
   gx_Meeting const points = gx_meet(gx_roundedSegment(*this, s), gx_roundedSegment(*this, t), adjacent);
   if (!adjacent || points.count == 0)
-    return points.toVector();
+    return points;
 
   double const near = kJointTolerance * outlineSize_();
   auto const isJoint = [&](gxVector<2> const &p, int before, int after) {
     return previousVertexIndex_(after) == before && !hasFillet_(before) && p.distance(vertexPoint_(before)) <= near;
   };
-  return points.filtered([&](gxVector<2> const &p) { return !isJoint(p, s, t) && !isJoint(p, t, s); }).toVector();
+  return points.filtered([&](gxVector<2> const &p) { return !isJoint(p, s, t) && !isJoint(p, t, s); });
+}
+
+std::vector<gxVector<2>> gxSMDGDPoly::segmentIntersection_(int s, int t) const
+{
+  return meetingOf_(s, t).toVector();
+}
+
+template <class Visit>
+bool gxSMDGDPoly::anyNear_(int i, int last, Visit visit) const
+{
+  std::size_t const end = vertexAt_(last, last == -1);
+  if (boxes_.areCurrent(vertices_.size()))
+    return boxes_.anyNear(static_cast<std::size_t>(i), end, [&](std::size_t k) { return visit(static_cast<int>(k)); });
+  for (std::size_t k = 0; k <= end; ++k)
+    if (visit(static_cast<int>(k)))
+      return true;
+  return false;
 }
 
 bool gxSMDGDPoly::segmentIntersectsPoly_(int s, int last) const
 {
-  int const end = last == -1 ? static_cast<int>(numVertices()) - 1 : last;
-  for (int k = 0; k <= end; ++k) {
-    if (segmentIntersectsVertex_(s, k))
-      return true;
-    int const segment = previousSegmentIndex_(k);
-    if (segment != -1 && segment != s && !segmentIntersection_(s, segment).empty())
-      return true;
-  }
-  return false;
+  return anyNear_(segmentIndex_(s, false), last, [&](int k) {
+    return segmentIntersectsVertex_(s, k) || (k != s && previousSegmentIndex_(k) != -1 && meetingOf_(s, k).count != 0);
+  });
 }
 
 bool gxSMDGDPoly::vertexIntersectsPoly_(int v, int last) const
 {
-  if (!hasFillet_(v))
-    return false;
-  int const end = last == -1 ? static_cast<int>(numVertices()) - 1 : last;
-  for (int k = 0; k <= end; ++k) {
-    if (k != v && vertexIntersectsVertex_(v, k))
-      return true;
-    int const segment = previousSegmentIndex_(k);
-    if (segment != -1 && segmentIntersectsVertex_(segment, v))
-      return true;
-  }
-  return false;
+  return hasFillet_(v) && anyNear_(v, last, [&](int k) {
+           return (k != v && vertexIntersectsVertex_(v, k)) ||
+                  (previousSegmentIndex_(k) != -1 && segmentIntersectsVertex_(k, v));
+         });
 }
 
 bool gxSMDGDPoly::segmentIntersectsSegment_(int s, int t) const
 {
   int const joints = (s == previousVertexIndex_(t) ? 1 : 0) + (t == previousVertexIndex_(s) ? 1 : 0);
   if (joints == 0)
-    return !segmentIntersection_(s, t).empty();
+    return meetingOf_(s, t).count != 0;
   if (isLineSegment_(s) && isLineSegment_(t))
     return false;
   double const near = kJointTolerance * outlineSize_();

@@ -35,6 +35,8 @@ void gxSMDGDPoly::Edit::insert(int at, gxSMDGDPolyVertex &&v)
   long const label = v.subModelLabel_;
   std::size_t const labels = poly_.subModelLabels_.size();
   insertAt(at, std::move(v), {});
+  if (at + 1 != poly_.numVertices())
+    poly_.boxes_.clear();  // they follow the numbers
   kind_ = Kind::insertion;
   at_ = at;
   poly_.addVertexLabel_(label);
@@ -59,6 +61,7 @@ void gxSMDGDPoly::Edit::remove(int at)
   fillet_ = filletAt(at);
   vertex_ = std::move(poly_.vertices_[static_cast<std::size_t>(at)]);
   eraseAt(at);
+  poly_.boxes_.clear();
   kind_ = Kind::removal;
   at_ = at;
   if (vertex_.subModelLabel_ != -1 || !poly_.labelsInOrder_)
@@ -83,6 +86,7 @@ void gxSMDGDPoly::Edit::swapAll() noexcept
   poly_.prevRoundPoints_.swap(prevRoundPoints_);
   poly_.nextRoundPoints_.swap(nextRoundPoints_);
   poly_.roundSpans_.swap(roundSpans_);
+  poly_.boxes_.clear();
 }
 
 void gxSMDGDPoly::Edit::findLabels()
@@ -110,6 +114,7 @@ void gxSMDGDPoly::Edit::put(KeptFillet const &kept) noexcept
   poly_.prevRoundPoints_[i] = kept.fillet.prev;
   poly_.nextRoundPoints_[i] = kept.fillet.next;
   poly_.roundSpans_[i] = kept.fillet.span;
+  poly_.markBoxesStale_(kept.vertex);
 }
 
 void gxSMDGDPoly::Edit::insertAt(int at, gxSMDGDPolyVertex &&v, Fillet const &fillet)
@@ -140,6 +145,8 @@ void gxSMDGDPoly::Edit::undo() noexcept
     case Kind::none:
       break;
     case Kind::insertion:
+      if (at_ + 1 != poly_.numVertices())
+        poly_.boxes_.clear();
       eraseAt(at_);
       break;
     case Kind::replacement:
@@ -147,6 +154,7 @@ void gxSMDGDPoly::Edit::undo() noexcept
       break;
     case Kind::removal:  // there is room: the vertex was there before
       insertAt(at_, std::move(vertex_), fillet_);
+      poly_.boxes_.clear();
       break;
     case Kind::all:
       swapAll();
@@ -260,6 +268,7 @@ void gxSMDGDPoly::reInit()
   prevRoundPoints_.clear();
   nextRoundPoints_.clear();
   roundSpans_.clear();
+  boxes_.clear();
   isOpen_ = 1;
   directionReversed_ = 0;
   labelsInOrder_ = true;

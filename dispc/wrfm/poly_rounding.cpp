@@ -197,4 +197,5 @@ void gxSMDGDPoly::computeVertexRounding_(int v)
   prevRoundPoints_[i] = fillet.prev;
   nextRoundPoints_[i] = fillet.next;
   roundSpans_[i] = fillet.span;
+  markBoxesStale_(v);
 }

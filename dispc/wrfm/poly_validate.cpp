@@ -12,11 +12,13 @@ void gxSMDGDPoly::validate_()
   int const n = static_cast<int>(numVertices());
   if (isClosed() && n < 2)
     throw invalidVertices();
+  boxes_.clear();
   for (int i = 0; i < n; ++i)
     computeVertexRounding_(i);
   if (n < 2)
     return;
 
+  refreshBoxes_();
   for (int i = 0; i < n; ++i) {
     // Each looks back only, so that every pair is looked at once.
     if (vertexIntersectsPoly_(i, i))
@@ -57,6 +59,7 @@ void gxSMDGDPoly::validateReplacement_(int i)
   if (vertices_.empty())
     return;
   computeVertexRoundings_(i);
+  refreshBoxes_();
   if (vertexIntersectsPoly_(i, -1))
     throw crossingSegments();
 

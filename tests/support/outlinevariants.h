@@ -121,11 +121,11 @@ class RandomOutlines
     return corners;
   }
   /// One that is accepted.
-  Outline sound()
+  Outline sound(int fewest = 3, int most = 9)
   {
     for (;;) {
       try {
-        return outlineOf(round(3 + upTo(7)));
+        return outlineOf(round(fewest + upTo(most - fewest + 1)));
       } catch (gxException const &) {
       }
     }

@@ -22,7 +22,22 @@ struct Open : Outline {
   Open(gxSMDGDPoly const &poly) : Outline(poly) {}  // NOLINT(google-explicit-constructor)
   using gxSMDGDPoly::checkExtensions_, gxSMDGDPoly::intersection_, gxSMDGDPoly::intersectionSegment_;
   using gxSMDGDPoly::intersectionVertex_, gxSMDGDPoly::segmentIntersectsSegment_, gxSMDGDPoly::setDefaultExtensions_;
-  using gxSMDGDPoly::setExtensions_;
+  using gxSMDGDPoly::segmentIntersection_, gxSMDGDPoly::segmentIntersectsVertex_, gxSMDGDPoly::setExtensions_;
+  using gxSMDGDPoly::vertexIntersectsVertex_;
+  /// Whether any two pieces meet, by asking each pair.
+  bool crossesPlainly() const
+  {
+    int const n = static_cast<int>(numVertices());
+    for (int i = 0; i < n; ++i)
+      for (int k = 0; k < n; ++k) {
+        if ((k < i && vertexIntersectsVertex_(i, k)) ||
+            (previousSegmentIndex_(k) != -1 && segmentIntersectsVertex_(k, i)))
+          return true;
+        if (k < i && previousSegmentIndex_(k) != -1 && !segmentIntersection_(i, k).empty())
+          return true;
+      }
+    return false;
+  }
   std::vector<double> extensions() const
   {
     std::vector<double> all;
@@ -323,6 +338,67 @@ TEST(PolySelfCrossing, isRefusedExactlyWhereTheFlatteningCrossesItself)
   }
   EXPECT_GT(refused, 150);
   EXPECT_GT(accepted, 100);
+}
+
+TEST(PolySelfCrossing, editsAreRefusedAsIfAllPairsWereAsked)
+{
+  RandomOutlines random(7509);
+  int refused = 0, accepted = 0;
+  auto const attempt = [&](auto change) {
+    try {
+      change();
+      ++accepted;
+      return true;
+    } catch (gxException const &) {
+      ++refused;
+      return false;
+    }
+  };
+  // Pieces of any kind: a vertex that is accepted makes no pair meet.
+  for (int i = 0; i < 20; ++i) {
+    Open poly(random.sound(6, 20));
+    for (int k = 0; k < 60; ++k) {
+      int const n = static_cast<int>(poly.numVertices()), at = random.upTo(n);
+      Corner c = cornersOf(poly)[static_cast<std::size_t>(at)];
+      c.x += random.in(-2, 2), c.y += random.in(-2, 2);
+      if (random.upTo(2))
+        c.radius = random.in(0, 1), c.span = random.in(-90, 90);
+      bool const wasSound = !poly.crossesPlainly();
+      bool const done = attempt([&] {
+        if (k % 13 == 12)
+          poly.isOpen() ? poly.close() : poly.open();
+        else if (k % 5 == 4 && n > 4)
+          poly.deleteVertex(at);
+        else if (k % 5 == 3)
+          poly.insertVertex(k % 2 ? at : n - 1, c.vertex());
+        else
+          poly.replaceVertex(at, c.vertex());
+      });
+      ASSERT_FALSE(done && wasSound && k % 5 < 3 && poly.crossesPlainly()) << asCode(poly);
+    }
+  }
+  // Many lines: exactly those edits are refused that make two of them cross.
+  Corners ring;
+  for (int i = 0; i < 90; ++i) {
+    V const p(random.in(8, 12), gxDegree(4 * i));
+    ring.push_back({p.x(), p.y()});
+  }
+  gxSMDGDPoly poly = outlineOf(ring);
+  for (int k = 0; k < 1500; ++k) {
+    auto const at_ = static_cast<std::size_t>(random.upTo(90));
+    Corners next = ring;
+    next[at_].x += random.in(-1.5, 1.5), next[at_].y += random.in(-1.5, 1.5);
+    Points line;
+    for (Corner const &c : next)
+      line.push_back(at(c));
+    line.push_back(line.front());
+    bool const crosses = crossings(line, line) > 0;
+    ASSERT_EQ(attempt([&] { poly.replaceVertex(static_cast<int>(at_), next[at_].vertex()); }), !crosses) << k;
+    if (!crosses)
+      ring = next;
+  }
+  EXPECT_GT(refused, 500);
+  EXPECT_GT(accepted, 500);
 }
 
 TEST(PolySelfCrossing, soundJointsAreNeverRefused)

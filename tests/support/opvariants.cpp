@@ -268,6 +268,19 @@ void drawShape(gxUITablet &t, OpRandom &r, Layers layer, std::string const &cont
   t.draw(shape, r.color(), layer);
 }
 
+/// A few records, which may be for any layer.
+void drawNested(gxUITablet &t, OpRandom &r, Layers layer)
+{
+  gxUITablet recorder;
+  recorder.recordOn().push(true);
+  for (long n = r.below(4); n > 0; --n) {
+    auto const own = static_cast<Layers>(r.below(3));
+    recorder.draw(gxPoint(r.vector()), r.props(), own);
+    recorder.drawTo(gxPoint(r.vector()), r.props(), own);
+  }
+  t.draw(recorder.sketch(), gxPoint(r.vector()), layer);
+}
+
 /// No tablet records texts of 16-bit units, so the record is written here.
 void drawUnicode(gxUITablet &t, OpRandom &r, Layers layer)
 {
@@ -300,231 +313,276 @@ void drawText(gxUITablet &t, OpRandom &r, Layers layer, std::string const &text)
   t.draw(text, at, foreground, background, format, layer);
 }
 
-#define OP [](gxUITablet & t, OpRandom & r, Layers layer)
+std::vector<OpVariant> plainShapes()
+{
+  return {
+      {"point", gx_SketchCode::point,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(gxPoint(r.vector()), r.props(), layer); }},
+      {"points", gx_SketchCode::point,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         long const n = r.below(2);
+         t.draw(gxPointSet(r.vectors(n)), r.props(), layer);
+       }},
+      {"point icon", gx_SketchCode::pointIcon,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.drawPointIcon(gxPoint(r.vector()), r.props(), layer); }},
+      {"segment", gx_SketchCode::lineSeg,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const from = r.vector();
+         t.draw(gxLineSeg(from, r.flag() ? from : r.vector()), r.props(), layer);
+       }},
+      {"segments", gx_SketchCode::lineSeg,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         std::vector<gxLineSeg> segments;
+         for (long n = r.below(4); n > 0; --n) {
+           gxVector<2> const from = r.vector();
+           segments.emplace_back(from, r.vector());
+         }
+         t.draw(gxLineSegSet(segments), r.props(), layer);
+       }},
+      {"line", gx_SketchCode::line,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const dir = r.flag() ? gxVector<2>(1.0, gxRadian(r.angle())) : r.vector();
+         t.draw(gxLine(dir, r.vector()), r.props(), layer);
+       }},
+      {"circle", gx_SketchCode::circle,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const center = r.vector();
+         t.draw(gxCircle(center, r.below(5) == 0 ? 0.0 : r.positive()), r.filled(false), layer);
+       }},
+      {"ring of circles", gx_SketchCode::circle,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const center = r.vector();
+         gxAnnulus const ring(gxCircle(center, r.positive()), gxCircle(center, 60.0));
+         t.draw(ring, r.filled(false), layer);
+       }},
+      {"ellipse", gx_SketchCode::ellipse,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(ellipse(r), r.filled(false), layer); }},
+      {"flat ellipse", gx_SketchCode::ellipse,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const center = r.vector();
+         t.draw(gxEllipse(center, {r.positive(), 0.0}, gxRadian(r.angle())), r.filled(false), layer);
+       }},
+      {"arc", gx_SketchCode::ellipseArc,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxEllipse const whole = ellipse(r).withoutPhase();
+         double const start = r.angle(), end = start + r.angle();
+         t.draw(gxEllipseArc(whole, gxRadian(start), gxRadian(end)), r.props(), layer);
+       }},
+      {"whole arc", gx_SketchCode::ellipseArc,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxEllipse const whole = ellipse(r).withoutPhase();
+         double const start = r.angle();
+         t.draw(gxEllipseArc(whole, gxRadian(start), gxRadian(start + 7.0)), r.props(), layer);
+       }},
+      {"section, forward", gx_SketchCode::ellipseAnnulusSection, drawSection<true>},
+      {"general rectangle", gx_SketchCode::genRect,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(anyGenRect(r), r.filled(false), layer); }},
+      {"general ring", gx_SketchCode::genAnnulus,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxGenRect const inner = anyGenRect(r);
+         t.draw(gxGenAnnulus(inner, anyGenRect(r)), r.props(), layer);
+       }},
+  };
+}
 
-std::vector<OpVariant> const table = {{"point", gx_SketchCode::point, OP{t.draw(gxPoint(r.vector()), r.props(), layer);
-}  // namespace
+std::vector<OpVariant> textsAndImages()
+{
+  return {
+      {"axes", gx_SketchCode::coordAxes,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const origin = r.vector(), x = r.vector();
+         t.draw(gxCoordAxes(origin, x, r.below(4) == 0 ? x : r.vector()), r.props(), layer);
+       }},
+      {"text", gx_SketchCode::string,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawText(t, r, layer, r.text()); }},
+      {"text with a zero", gx_SketchCode::string,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawText(t, r, layer, std::string("a\0b", 3)); }},
+      {"image", gx_SketchCode::pelBuffer8,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         drawImage(t, r, layer, image(r, 1 + r.below(9), 1 + r.below(9)));
+       }},
+      {"part of an image", gx_SketchCode::pelBuffer8,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawImage(t, r, layer, windowed(r)); }},
+      {"image without pels", gx_SketchCode::pelBuffer8,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawImage(t, r, layer, image(r, 0, r.below(2))); }},
+      {"image of 16 bits", OpVariant::noRecord,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         t.draw(gxPelBuffer<unsigned short>(3, 2), gxPoint(r.vector()), r.flag(), 0, layer);
+       }},
+      {"runs", gx_SketchCode::rleBuffer,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         drawRuns(t, r, layer, gxRLEBuffer(image(r, 1 + r.below(300), 1 + r.below(5))));
+       }},
+      {"icon", gx_SketchCode::rleBuffer,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawRuns(t, r, layer, gxUITablet::pointIcon()); }},
+      {"no runs", gx_SketchCode::rleBuffer,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawRuns(t, r, layer, gxRLEBuffer()); }},
+  };
 }
-, {"points", gx_SketchCode::point, OP{long const n = r.below(2);
-t.draw(gxPointSet(r.vectors(n)), r.props(), layer);
-}
-}
-, {"point icon", gx_SketchCode::pointIcon, OP{t.drawPointIcon(gxPoint(r.vector()), r.props(), layer);
-}
-}
-, {"segment", gx_SketchCode::lineSeg, OP{gxVector<2> const from = r.vector();
-t.draw(gxLineSeg(from, r.flag() ? from : r.vector()), r.props(), layer);
-}
-}
-, {"segments", gx_SketchCode::lineSeg, OP{std::vector<gxLineSeg> segments;
-for (long n = r.below(4); n > 0; --n) {
-  gxVector<2> const from = r.vector();
-  segments.emplace_back(from, r.vector());
-}
-t.draw(gxLineSegSet(segments), r.props(), layer);
-}
-}
-, {"line", gx_SketchCode::line,
-   OP{gxVector<2> const dir = r.flag() ? gxVector<2>(1.0, gxRadian(r.angle())) : r.vector();
-t.draw(gxLine(dir, r.vector()), r.props(), layer);
-}
-}
-, {"circle", gx_SketchCode::circle, OP{gxVector<2> const center = r.vector();
-t.draw(gxCircle(center, r.below(5) == 0 ? 0.0 : r.positive()), r.filled(false), layer);
-}
-}
-, {"ring of circles", gx_SketchCode::circle, OP{gxVector<2> const center = r.vector();
-gxAnnulus const ring(gxCircle(center, r.positive()), gxCircle(center, 60.0));
-t.draw(ring, r.filled(false), layer);
-}
-}
-, {"ellipse", gx_SketchCode::ellipse, OP{t.draw(ellipse(r), r.filled(false), layer);
-}
-}
-, {"flat ellipse", gx_SketchCode::ellipse, OP{gxVector<2> const center = r.vector();
-t.draw(gxEllipse(center, {r.positive(), 0.0}, gxRadian(r.angle())), r.filled(false), layer);
-}
-}
-, {"arc", gx_SketchCode::ellipseArc, OP{gxEllipse const whole = ellipse(r).withoutPhase();
-double const start = r.angle(), end = start + r.angle();
-t.draw(gxEllipseArc(whole, gxRadian(start), gxRadian(end)), r.props(), layer);
-}
-}
-, {"whole arc", gx_SketchCode::ellipseArc, OP{gxEllipse const whole = ellipse(r).withoutPhase();
-double const start = r.angle();
-t.draw(gxEllipseArc(whole, gxRadian(start), gxRadian(start + 7.0)), r.props(), layer);
-}
-}
-, {"section, forward", gx_SketchCode::ellipseAnnulusSection, drawSection<true>},
-    {"general rectangle", gx_SketchCode::genRect, OP{t.draw(anyGenRect(r), r.filled(false), layer);
-}
-}
-, {"general ring", gx_SketchCode::genAnnulus, OP{gxGenRect const inner = anyGenRect(r);
-t.draw(gxGenAnnulus(inner, anyGenRect(r)), r.props(), layer);
-}
-}
-, {"axes", gx_SketchCode::coordAxes, OP{gxVector<2> const origin = r.vector(), x = r.vector();
-t.draw(gxCoordAxes(origin, x, r.below(4) == 0 ? x : r.vector()), r.props(), layer);
-}
-}
-, {"text", gx_SketchCode::string, OP{drawText(t, r, layer, r.text());
-}
-}
-, {"text with a zero", gx_SketchCode::string, OP{drawText(t, r, layer, std::string("a\0b", 3));
-}
-}
-, {"image", gx_SketchCode::pelBuffer8, OP{drawImage(t, r, layer, image(r, 1 + r.below(9), 1 + r.below(9)));
-}
-}
-, {"part of an image", gx_SketchCode::pelBuffer8, OP{drawImage(t, r, layer, windowed(r));
-}
-}
-, {"image without pels", gx_SketchCode::pelBuffer8, OP{drawImage(t, r, layer, image(r, 0, r.below(2)));
-}
-}
-, {"image of 16 bits", OpVariant::noRecord,
-   OP{t.draw(gxPelBuffer<unsigned short>(3, 2), gxPoint(r.vector()), r.flag(), 0, layer);
-}
-}
-, {"runs", gx_SketchCode::rleBuffer, OP{drawRuns(t, r, layer, gxRLEBuffer(image(r, 1 + r.below(300), 1 + r.below(5))));
-}
-}
-, {"icon", gx_SketchCode::rleBuffer, OP{drawRuns(t, r, layer, gxUITablet::pointIcon());
-}
-}
-, {"no runs", gx_SketchCode::rleBuffer, OP{drawRuns(t, r, layer, gxRLEBuffer());
-}
-}
-, {"set pels", gx_SketchCode::setRect, OP{gxUIRect const area = pels(r);
-t.set(area, r.color(), layer);
-}
-}
-, {"set", gx_SketchCode::setRect, OP{gxRect const area = rect(r);
-t.set(area, r.color(), layer);
-}
-}
-, {"set all", gx_SketchCode::setAll, OP{t.set(r.color(), layer);
-}
-}
-, {"complement of pels", gx_SketchCode::setComplement, OP{gxUIRect const area = pels(r);
-t.setComplement(area, r.color(), layer);
-}
-}
-, {"complement", gx_SketchCode::setComplement, OP{gxRect const area = rect(r);
-t.setComplement(area, r.color(), layer);
-}
-}
-, {"fill from a pel", gx_SketchCode::fill, OP{gxPair<long> const seed = pels(r).ul();
-gxColor const color = r.color(), boundary = r.color();
-t.fill(seed, color, boundary, r.flag() ? gxUITablet::boundaryFill : gxUITablet::surfaceFill, layer);
-}
-}
-, {"fill", gx_SketchCode::fill, OP{gxPoint const seed = r.vector();
-gxColor const color = r.color(), boundary = r.color();
-t.fill(seed, color, boundary, r.flag() ? gxUITablet::boundaryFill : gxUITablet::surfaceFill, layer);
-}
-}
-, {"pen to a point", gx_SketchCode::drawStart, OP{t.drawStart(gxPoint(r.vector()), layer);
-}
-}
-, {"line to a point", gx_SketchCode::drawTo, OP{t.drawTo(gxPoint(r.vector()), r.props(), layer);
-}
-}
-, {"line of pels", gx_SketchCode::drawToRelPels, OP{long const dx = r.below(99) - 49;
-t.drawToRelPels(dx, r.below(99) - 49, r.props(), layer);
-}
-}
-, {"line along a direction", gx_SketchCode::drawToRelPels, OP{gxVector<2> const dir = r.vector();
-t.drawToRelPels(dir, static_cast<float>(r.positive()), r.color(), layer);
-}
-}
-, {"pen by pels", gx_SketchCode::moveToRelPels, OP{long const dx = r.below(99) - 49;
-t.moveToRelPels(dx, r.below(99) - 49, layer);
-}
-}
-, {"frame of pels", gx_SketchCode::outline3D, OP{gxUIRect const area = pels(r);
-gxColor const first = r.color(), second = r.color();
-t.outline3D(area, first, second, r.below(4), layer);
-}
-}
-, {"frame", gx_SketchCode::outline3D, OP{gxRect const area = rect(r);
-gxColor const first = r.color(), second = r.color();
-t.outline3D(area, first, second, r.below(4), layer);
-}
-}
-, {"arrowhead", gx_SketchCode::arrow, OP{gxPoint const tip = r.vector();
-gxVector<2> const dir = r.vector();
-t.arrowHead(tip, dir, static_cast<float>(r.positive()), r.props(), layer);
-}
-}
-, {"affine rectangle", gx_SketchCode::affineRectangle, OP{gxVector<2> const o = r.vector(), x = r.vector();
-t.draw(gxAffineRectangle(o, x, r.vector()), r.props(), layer);
-}
-}
-, {"polygon", gx_SketchCode::polygon, drawPolygon<gxPolygon::noFill>},
-    {"polygon, alternate", gx_SketchCode::polygon, drawPolygon<gxPolygon::alternate>},
-    {"polygon, winding", gx_SketchCode::polygon, drawPolygon<gxPolygon::winding>},
-    {"circle, filled", gx_SketchCode::circleFilled, OP{gxVector<2> const center = r.vector();
-t.draw(gxCircle(center, r.positive()), r.filled(true), layer);
-}
-}
-, {"ellipse, filled", gx_SketchCode::ellipseFilled, OP{t.draw(ellipse(r), r.filled(true), layer);
-}
-}
-, {"general rectangle, filled", gx_SketchCode::genRectFilled, OP{t.draw(anyGenRect(r), r.filled(true), layer);
-}
-}
-, {"rectangle", gx_SketchCode::rect, OP{gxRect const area = rect(r);
-t.draw(area, r.filled(r.flag()), layer);
-}
-}
-, {"shape of a client", gx_SketchCode::genShape, OP{drawShape(t, r, layer, r.text());
-}
-}
-, {"large shape of a client", gx_SketchCode::genShape, OP{drawShape(t, r, layer, std::string(1000, 'x'));
-}
-}
-, {"text of 16-bit units", gx_SketchCode::unicodeString, drawUnicode},
-    {"cross", gx_SketchCode::cross, OP{gxVector<2> const center = r.vector();
-double const angle = r.angle();
-t.draw(gxCross(center, gxRadian(angle), r.below(30) - 5), r.props(), layer);
-}
-}
-, {"section, with flags", gx_SketchCode::ellipseAnnulusSectionFlags, drawSection<false>},
-    {"curve", gx_SketchCode::bezierCurve, OP{t.draw(bezier(r), r.props(), layer);
-}
-}
-, {"spline", gx_SketchCode::cubicSpline, OP{gxInterpSpline spline(r.flag());
-spline.points(r.vectors(r.below(7)));
-t.draw(static_cast<gxCubicSpline const &>(spline), r.props(), layer);
-}
-}
-, {"polyline", gx_SketchCode::polyline, drawPolyline<false>},
-    {"closed polyline", gx_SketchCode::polyline, drawPolyline<true>},
-    {"ellipse as a shape", gx_SketchCode::ellipse2, OP{gxVector<2> const radii = r.sizes();
-double const angle = r.angle();
-t.draw(gxEllipse2(radii, gxRadian(angle), r.vector()), r.props(), layer);
-}
-}
-, {"arc as a shape", gx_SketchCode::ellipseArc2, OP{gxVector<2> const radii = r.sizes();
-double const angle = r.angle(), phase = r.angle();
-gxEllipse2 const whole(radii, gxRadian(angle), r.vector(), r.flag(), gxRadian(phase));
-double const start = r.angle();
-t.draw(gxEllipseArc2(whole, gxRadian(start), gxRadian(r.angle())), r.props(), layer);
-}
-}
-, {"clip rectangle", gx_SketchCode::clipRect, OP{t.drawClipRect(rect(r), layer);
-}
-}
-,
-}
-;
 
-#undef OP
+std::vector<OpVariant> sketchAndAreas()
+{
+  return {
+      {"sketch", gx_SketchCode::sketch, drawNested},
+      {"set pels", gx_SketchCode::setRect,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxUIRect const area = pels(r);
+         t.set(area, r.color(), layer);
+       }},
+      {"set", gx_SketchCode::setRect,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxRect const area = rect(r);
+         t.set(area, r.color(), layer);
+       }},
+      {"set all", gx_SketchCode::setAll, [](gxUITablet &t, OpRandom &r, Layers layer) { t.set(r.color(), layer); }},
+      {"complement of pels", gx_SketchCode::setComplement,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxUIRect const area = pels(r);
+         t.setComplement(area, r.color(), layer);
+       }},
+      {"complement", gx_SketchCode::setComplement,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxRect const area = rect(r);
+         t.setComplement(area, r.color(), layer);
+       }},
+      {"fill from a pel", gx_SketchCode::fill,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxPair<long> const seed = pels(r).ul();
+         gxColor const color = r.color(), boundary = r.color();
+         t.fill(seed, color, boundary, r.flag() ? gxUITablet::boundaryFill : gxUITablet::surfaceFill, layer);
+       }},
+      {"fill", gx_SketchCode::fill,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxPoint const seed = r.vector();
+         gxColor const color = r.color(), boundary = r.color();
+         t.fill(seed, color, boundary, r.flag() ? gxUITablet::boundaryFill : gxUITablet::surfaceFill, layer);
+       }},
+  };
+}
+
+std::vector<OpVariant> penAndPolygons()
+{
+  return {
+      {"pen to a point", gx_SketchCode::drawStart,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.drawStart(gxPoint(r.vector()), layer); }},
+      {"line to a point", gx_SketchCode::drawTo,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.drawTo(gxPoint(r.vector()), r.props(), layer); }},
+      {"line of pels", gx_SketchCode::drawToRelPels,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         long const dx = r.below(99) - 49;
+         t.drawToRelPels(dx, r.below(99) - 49, r.props(), layer);
+       }},
+      {"line along a direction", gx_SketchCode::drawToRelPels,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const dir = r.vector();
+         t.drawToRelPels(dir, static_cast<float>(r.positive()), r.color(), layer);
+       }},
+      {"pen by pels", gx_SketchCode::moveToRelPels,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         long const dx = r.below(99) - 49;
+         t.moveToRelPels(dx, r.below(99) - 49, layer);
+       }},
+      {"frame of pels", gx_SketchCode::outline3D,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxUIRect const area = pels(r);
+         gxColor const first = r.color(), second = r.color();
+         t.outline3D(area, first, second, r.below(4), layer);
+       }},
+      {"frame", gx_SketchCode::outline3D,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxRect const area = rect(r);
+         gxColor const first = r.color(), second = r.color();
+         t.outline3D(area, first, second, r.below(4), layer);
+       }},
+      {"arrowhead", gx_SketchCode::arrow,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxPoint const tip = r.vector();
+         gxVector<2> const dir = r.vector();
+         t.arrowHead(tip, dir, static_cast<float>(r.positive()), r.props(), layer);
+       }},
+      {"affine rectangle", gx_SketchCode::affineRectangle,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const o = r.vector(), x = r.vector();
+         t.draw(gxAffineRectangle(o, x, r.vector()), r.props(), layer);
+       }},
+      {"polygon", gx_SketchCode::polygon, drawPolygon<gxPolygon::noFill>},
+      {"polygon, alternate", gx_SketchCode::polygon, drawPolygon<gxPolygon::alternate>},
+      {"polygon, winding", gx_SketchCode::polygon, drawPolygon<gxPolygon::winding>},
+      {"circle, filled", gx_SketchCode::circleFilled,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const center = r.vector();
+         t.draw(gxCircle(center, r.positive()), r.filled(true), layer);
+       }},
+      {"ellipse, filled", gx_SketchCode::ellipseFilled,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(ellipse(r), r.filled(true), layer); }},
+      {"general rectangle, filled", gx_SketchCode::genRectFilled,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(anyGenRect(r), r.filled(true), layer); }},
+      {"rectangle", gx_SketchCode::rect,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxRect const area = rect(r);
+         t.draw(area, r.filled(r.flag()), layer);
+       }},
+  };
+}
+
+std::vector<OpVariant> curves()
+{
+  return {
+      {"shape of a client", gx_SketchCode::genShape,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawShape(t, r, layer, r.text()); }},
+      {"large shape of a client", gx_SketchCode::genShape,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { drawShape(t, r, layer, std::string(1000, 'x')); }},
+      {"text of 16-bit units", gx_SketchCode::unicodeString, drawUnicode},
+      {"cross", gx_SketchCode::cross,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const center = r.vector();
+         double const angle = r.angle();
+         t.draw(gxCross(center, gxRadian(angle), r.below(30) - 5), r.props(), layer);
+       }},
+      {"section, with flags", gx_SketchCode::ellipseAnnulusSectionFlags, drawSection<false>},
+      {"curve", gx_SketchCode::bezierCurve,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(bezier(r), r.props(), layer); }},
+      {"spline", gx_SketchCode::cubicSpline,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxInterpSpline spline(r.flag());
+         spline.points(r.vectors(r.below(7)));
+         t.draw(static_cast<gxCubicSpline const &>(spline), r.props(), layer);
+       }},
+      {"polyline", gx_SketchCode::polyline, drawPolyline<false>},
+      {"closed polyline", gx_SketchCode::polyline, drawPolyline<true>},
+      {"ellipse as a shape", gx_SketchCode::ellipse2,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const radii = r.sizes();
+         double const angle = r.angle();
+         t.draw(gxEllipse2(radii, gxRadian(angle), r.vector()), r.props(), layer);
+       }},
+      {"arc as a shape", gx_SketchCode::ellipseArc2,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxVector<2> const radii = r.sizes();
+         double const angle = r.angle(), phase = r.angle();
+         gxEllipse2 const whole(radii, gxRadian(angle), r.vector(), r.flag(), gxRadian(phase));
+         double const start = r.angle();
+         t.draw(gxEllipseArc2(whole, gxRadian(start), gxRadian(r.angle())), r.props(), layer);
+       }},
+      {"clip rectangle", gx_SketchCode::clipRect,
+       [](gxUITablet &t, OpRandom &r, Layers layer) { t.drawClipRect(rect(r), layer); }},
+  };
+}
+
+std::vector<OpVariant> joined()
+{
+  std::vector<OpVariant> all;
+  for (auto const part : {plainShapes, textsAndImages, sketchAndAreas, penAndPolygons, curves}) {
+    std::vector<OpVariant> const rows = part();
+    all.insert(all.end(), rows.begin(), rows.end());
+  }
+  return all;
+}
 }  // namespace
 
 std::vector<OpVariant> const &opVariants()
 {
+  static std::vector<OpVariant> const table = joined();
   return table;
 }
 
@@ -534,8 +592,9 @@ gxUISketch randomSketch(unsigned seed, int count)
   gxUITablet tablet;
   tablet.recordOn().push(true);
   for (int i = 0; i < count; ++i) {
+    auto const &table = opVariants();
     OpVariant const &variant = table[static_cast<std::size_t>(random.below(static_cast<long>(table.size())))];
-    if (!variant.erases())
+    if (!variant.erases() && !variant.nests())
       variant.draw(tablet, random, static_cast<Layers>(random.below(3)));
   }
   return tablet.sketch();

@@ -64,12 +64,15 @@ struct OpVariant {
   bool records() const { return code != noRecord; }
   /// What was recorded before is dropped.
   bool erases() const { return code == gx_SketchCode::setAll; }
+  /// Archives refuse the record, which is a sketch.
+  bool nests() const { return code == gx_SketchCode::sketch; }
 };
 
 /// All of them, in the order of their codes.
 std::vector<OpVariant> const &opVariants();
 
-/// What @p count random operations record; without those that erase, so that all of it stays.
+/// What @p count random operations record; without those that erase, so that all of it stays, and without sketches
+/// inside, so that it can be stored.
 gxUISketch randomSketch(unsigned seed, int count);
 
 /// A shape of a client's: a square round a centre, and as many bytes as it likes.

@@ -119,7 +119,7 @@ OpPicture pictureOf(unsigned seed, std::size_t steps)
   picture.map = gxXform<2>(gxMatrix<2>(shown, 0, 0, shown), gxVector<2>(60, 45)) * picture.map;
   while (picture.steps.size() < steps) {
     OpStep const step = generate.step(generate.variant());
-    if (!isLossy(*step.variant) && !step.variant->erases() && step.layer != gxUITablet::both)
+    if (!isLossy(*step.variant) && !step.variant->erases() && !step.variant->nests() && step.layer != gxUITablet::both)
       picture.steps.push_back(step);
   }
   return picture;

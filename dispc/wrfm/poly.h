@@ -8,6 +8,7 @@
 #include "dispc/wrfm/polyvertex.h"
 #include "foundation/exception.h"
 #include "foundation/export.h"
+#include "foundation/rect.h"
 #include "foundation/rigid.h"
 #include "foundation/vector.h"
 #include "foundation/xform.h"
@@ -134,6 +135,9 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// The length of a segment before rounding, with the limits of its tolerance. Throws invalidIndex, and
   /// gxShapesError::BadGeom if the length does not fit the tolerance.
   gxSMDDimension segmentDimension(long segment) const;
+  /// The box round the mapped outline, before rounding, which only cuts corners. Empty if there are no segments. Throws
+  /// gxShapesError::DegenerateShape if the map takes the length of a line.
+  gxRect boundingBox(gxXform<2> const &xform) const;
   /// The segments that break their tolerances, as they are seen elsewhere: the length under @p a is what was measured,
   /// and the length under @p b over the nominal one is the scale of the limits. Lengths are those before rounding.
   /// Throws gxShapesError::DegenerateShape for a segment that a map collapses, and as segmentDimension() does.

@@ -3,6 +3,7 @@
 #include "foundation/shapeserror.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace
@@ -283,12 +284,11 @@ void gxSMDGDPoly::addVertexLabel_(long label)
 
 void gxSMDGDPoly::rebuildLabels_()
 {
-  subModelLabels_.clear();
+  std::unordered_set<std::int32_t> seen = {-1};
   std::int32_t last = -1;
-  for (gxSMDGDPolyVertex const &v : vertices_) {
-    if (v.subModelLabel_ != last)
-      addVertexLabel_(v.subModelLabel_);
-    last = v.subModelLabel_;
-  }
+  subModelLabels_.clear();
+  for (gxSMDGDPolyVertex const &v : vertices_)
+    if (v.subModelLabel_ != std::exchange(last, v.subModelLabel_) && seen.insert(v.subModelLabel_).second)
+      subModelLabels_.push_back(v.subModelLabel_);
   labelsInOrder_ = true;
 }

@@ -96,6 +96,18 @@ double gxSMDGDPoly::perimeter_(gxXform<2> const &xform) const
   return sum;
 }
 
+gxRect gxSMDGDPolyPrivate::segmentBoundingBox_(gxSMDGDPoly const &poly, int s, gxXform<2> const &xform)
+{
+  return gx_ask(gx_plainSegment(poly, s), [&](auto const &piece) { return (xform * piece).boundingBox(); });
+}
+
+gxRect gxSMDGDPoly::boundingBox(gxXform<2> const &xform) const
+{
+  gxRect box;
+  visitSegments_([&](int s) { box = box.enclose(gxSMDGDPolyPrivate::segmentBoundingBox_(*this, s, xform)); });
+  return box;
+}
+
 double gxSMDGDPoly::extensionPerimeter_() const
 {
   double sum = 0.0;

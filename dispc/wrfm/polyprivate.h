@@ -41,6 +41,9 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   {
     poly.appendSegmentLengths_(out);
   }
+  static gxRect boundingBox(gxSMDGDPoly const &poly, gxXform<2> const &xform) { return poly.boundingBox(xform); }
+  /// The box round a mapped segment before rounding.
+  static gxRect segmentBoundingBox_(gxSMDGDPoly const &poly, int s, gxXform<2> const &xform);
   /// Orientation and centre of mass.
   static gx2Rigid position(gxSMDGDPoly const &poly);
   /// The signed angle between the segments at a vertex, in (-180, 180]. Throws invalidIndex at an end.

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numbers>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -121,6 +123,47 @@ TEST(Poly, FactoriesAndMeasures)
   rounded.forwardPercExtension_(1, 0.5);
   rounded.backwardPercExtension_(1, 0.25);
   EXPECT_NEAR(rounded.extensionPerimeter_(), 7.5, 1e-12);
+  gxSMDDimension const dimension(10, 9, 12, gxSMDDimension::scaleAll);
+  gxDimTol const fractions = gxSMDGDPolyPrivate::dimTol(dimension);
+  EXPECT_EQ(fractions.tolType(), gxDimTol::Percentages);
+  EXPECT_EQ(gxSMDDimension(fractions), dimension);
+}
+
+TEST(Poly, BoxesUnderMaps)
+{
+  // A half disc: the box of the arc, not of its ends, and of the corner, not of its fillet.
+  Outline const disc(true, {{0, 0, 1, 180}, {10, 0}});
+  for (auto const &[xform, origin, size] : std::vector<std::tuple<gxXform<2>, gxVector<2>, gxVector<2>>>{
+           {gxXform<2>(), {0, 0}, {10, 5}},
+           {gxXform<2>(gxMatrix<2>(0, -2, 2, 0), {1, 1}), {-9, 1}, {10, 20}},
+           {gxXform<2>(gxMatrix<2>(-1, 0, 0, 1), {0, 7}), {-10, 7}, {10, 5}},
+       }) {
+    gxRect const box = disc.boundingBox(xform);
+    EXPECT_LT(box.origin().distance(origin), 1e-12) << box;
+    EXPECT_LT(box.size().distance(size), 1e-12) << box;
+  }
+  EXPECT_TRUE(Outline(false, {{1, 1}}).boundingBox(gxXform<2>()).isEmpty());
+  EXPECT_THROW(square(10).boundingBox(gxXform<2>(gxMatrix<2>(1, 0, 0, 0), {})), gxShapesError::DegenerateShape);
+}
+
+TEST(Poly, Errors)
+{
+  auto const expect = [](auto const &e, long number, char const *name, char const *text) {
+    EXPECT_EQ(e.errorNumber(), number);
+    EXPECT_STREQ(e.className(), name);
+    EXPECT_EQ(throughArchive(e).message(), text);
+  };
+  expect(gxSMDGDPolyVertex::invalidSegmentLength(), 0x11000350, "gxSMDGDPolyVertex::invalidSegmentLength",
+         "Invalid poly segment length specified at vertex.");
+  expect(Poly::invalidVertices(), 0x11000360, "gxSMDGDPoly::invalidVertices", "Invalid poly vertices.");
+  expect(Poly::crossingSegments(), 0x11000361, "gxSMDGDPoly::crossingSegments", "Two or more poly segments cross.");
+  expect(Poly::invalidIndex(), 0x11000362, "gxSMDGDPoly::invalidIndex", "Invalid index for poly vertex or segment.");
+  expect(Poly::invalidRounding(), 0x11000363, "gxSMDGDPoly::invalidRounding",
+         "Invalid radius for poly vertex rounding.");
+  expect(Poly::noPelBuffer(), 0x11000364, "gxSMDGDPoly::noPelBuffer", "No pel buffer to draw on.");
+  expect(Poly::badSubModel(), 0x11000365, "gxSMDGDPoly::badSubModel", "The specified sub-model is not 2D");
+  expect(Poly::notClosed(), 0x11000366, "gxSMDGDPoly::notClosed",
+         "An operation was performed which requires a closed poly.");
 }
 
 TEST(Poly, RefusedEditsChangeNothing)

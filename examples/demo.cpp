@@ -138,6 +138,7 @@ void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
 
 // Further chapters, each in a source of its own.
 constexpr void (*chapters[])(Pages &) = {
+    imagesChapter,
     graphicsChapter,
     outlinesChapter,
 };

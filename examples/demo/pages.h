@@ -41,3 +41,6 @@ void graphicsChapter(Pages &pages);
 
 /// The outline of a device with fillets and tolerances, and edits that it refuses.
 void outlinesChapter(Pages &pages);
+
+/// A picture at many scales, icons, and labels over a picture.
+void imagesChapter(Pages &pages);

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <optional>
 
 // The picture of a live drawing, that of its replay, and that of its replay out of an archive are the same, pel for
@@ -40,20 +41,21 @@ using Pels = gxPelBuffer<gxPackedRGB32Pel>;
 Pels pelsOf(gxPelSurface const &surface)
 {
   Pels all(width, 2 * height);
-  for (long y = 0; y < height; ++y)
-    for (long x = 0; x < width; ++x) {
-      all.put(x, y, surface.imagePels().get(x, y));
-      all.put(x, height + y, surface.overlayPels().get(x, y));
-    }
+  gxPelBuffer<gxPackedRGB32Pel> const image = surface.imagePels(), overlay = surface.overlayPels();
+  for (long y = 0; y < height; ++y) {
+    std::copy_n(image.pointToPel(0, y), width, all.pointToPel(0, y));
+    std::copy_n(overlay.pointToPel(0, y), width, all.pointToPel(0, height + y));
+  }
   return all;
 }
 
 long difference(Pels const &a, Pels const &b)
 {
+  auto const same = [](gxPackedRGB32Pel p, gxPackedRGB32Pel q) { return p.value() == q.value(); };
   long n = 0;
   for (long y = 0; y < a.height(); ++y)
-    for (long x = 0; x < a.width(); ++x)
-      n += a.get(x, y).value() != b.get(x, y).value();
+    n += width - std::inner_product(a.pointToPel(0, y), a.pointToPel(0, y) + width, b.pointToPel(0, y), 0L,
+                                    std::plus<>(), same);
   return n;
 }
 

@@ -1,4 +1,4 @@
-# The installed tree: include/gxdisplay/{foundation,dispc,backends}/..., the libraries, a CMake package with a target
+# The installed tree: include/gxdisplay/{foundation,dispc,backends,conformance}/..., the libraries, a CMake package with a target
 # gxdisplay::NAME for each library, and a pkg-config file for each of them.
 
 include(CMakePackageConfigHelpers)
@@ -29,6 +29,10 @@ foreach(backend IN ITEMS pels png)
   endif()
 endforeach()
 
+if(TARGET gxdisplay_conformance)
+  gx_install_headers(conformance .)
+endif()
+
 install(EXPORT gxdisplay FILE gxdisplay-targets.cmake NAMESPACE gxdisplay:: DESTINATION ${GXDISPLAY_CMAKEDIR})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/gxdisplay-config.cmake.in
   ${PROJECT_BINARY_DIR}/gxdisplay-config.cmake INSTALL_DESTINATION ${GXDISPLAY_CMAKEDIR})
@@ -52,4 +56,7 @@ if(TARGET gxdisplay_pels)
 endif()
 if(TARGET gxdisplay_png)
   gx_pkg_config(gxdisplay_png "PNG files for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
+endif()
+if(TARGET gxdisplay_conformance)
+  gx_pkg_config(gxdisplay_conformance "Checks of surfaces for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
 endif()

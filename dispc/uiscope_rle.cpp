@@ -177,7 +177,7 @@ void gxUIScope::expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::v
   Zoom const zoom(scale.x(), buffer);
   if (zoom.way == Zoom::byPels)
     expand(unpacked(buffer, colorMap), topLeft, scale, pass, passPel, true, gx_UITabletBase::noInterpolation);
-  if (zoom.way != Zoom::byRuns)
+  if (zoom.way != Zoom::byRuns || !topLeft.isFinite())
     return;
   long const k = zoom.factor;
   gxPair<long> const extent = size();

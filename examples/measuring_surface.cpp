@@ -7,6 +7,7 @@
 
 #include "dispc/gxdisplay.h"
 
+#include <cmath>
 #include <iostream>
 #include <memory>
 
@@ -209,12 +210,15 @@ class MeasuringScope : public gxUIScope
   void corners(std::vector<gxVector<2>> const &vertices, gxGraphicProps const &props)
   {
     if (!vertices.empty())
-      box(gxPolygon(vertices).boundingBox(), props);
+      curve(gxPolygon(vertices), props);
   }
   template <class Curve>
   void curve(Curve const &curve, gxGraphicProps const &props)
   {
-    box(curve.boundingBox(), props);
+    try {
+      box(curve.boundingBox(), props);
+    } catch (gxShapesError::Errors const &) {  // numbers that are not finite have no box
+    }
   }
   /// Numbers that are not finite are drawn nowhere.
   void box(gxRect const &box, gxGraphicProps const &props)
@@ -222,8 +226,11 @@ class MeasuringScope : public gxUIScope
     if (box.origin().isFinite() && box.size().isFinite())
       shape({pelOf(gxPoint(box.origin())), pelOf(gxPoint(box.origin() + box.size()))}, props);
   }
+  static bool isScale(double scale) { return scale > 0.0 && std::isfinite(scale); }
   void image(gxPair<long> const &size, gxPoint const &at, gxPair<double> const &scale, bool pass)
   {
+    if (!isScale(scale.x()) || !isScale(scale.y()))
+      return;
     gxPair<double> const scaled(static_cast<double>(size.x()) * scale.x(), static_cast<double>(size.y()) * scale.y());
     touched(gxUIRect(pelOf(at), gxPair<long>(scaled)), !pass, tally_->images);
   }

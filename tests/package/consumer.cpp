@@ -8,6 +8,9 @@
 #ifdef CONSUMER_PNG
 #include "backends/png/pngfile.h"
 #endif
+#ifdef CONSUMER_CONFORMANCE
+#include "conformance/surfacecheck.h"
+#endif
 
 #include <cstdio>
 #include <iostream>
@@ -77,6 +80,9 @@ int main()
 #endif
 #ifdef CONSUMER_PNG
   check(keepsPng(), "a PNG file did not come back as it was written");
+#endif
+#ifdef CONSUMER_CONFORMANCE
+  check(!gfSurfaceRules().empty(), "there are no rules for surfaces");
 #endif
   return failures;
 }

@@ -34,6 +34,7 @@
 #include "dispc/wrfm/colors.h"
 #include "dispc/wrfm/description.h"
 #include "dispc/wrfm/dimension.h"
+#include "dispc/wrfm/genpoly.h"
 #include "dispc/wrfm/lineseg.h"
 #include "dispc/wrfm/model.h"
 #include "dispc/wrfm/modelprivate.h"

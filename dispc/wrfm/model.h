@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+class gxRect;
+
 /// The whole description of a device: outlines in order, each with its weight, and a position. A model takes any
 /// outlines; how they lie to one another is not looked at.
 ///
@@ -77,6 +79,8 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   void subModel(long label, gxSMDGDModel &out) const;
   /// Mirrored in the x axis, at the opposite position. Without a name.
   gxSMDGDModel flip() const;
+  /// Round all outlines, mapped and without their roundings; empty if none has a segment.
+  gxRect boundingBox(gxXform<2> const &xform) const;
   /// The outlines that have segments out of their tolerances: see gxSMDGDPoly::segmentsOutOfTolerance().
   std::vector<long> polysOutOfTolerance(gxXform<2> const &a, gxXform<2> const &b) const;
   /// The outlines and the translation of the position scale; the rotation is kept, the name is not.

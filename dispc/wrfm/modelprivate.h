@@ -5,6 +5,7 @@
 #include <vector>
 
 class gxPolygon;
+class gxRect;
 
 /// The extended interface of gxSMDGDModel, for tools: all static, with the model as the first argument.
 class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
@@ -23,6 +24,13 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   /// @p xform * @p perPoly of its index. Throws invalidIndex unless there is one transform for each outline.
   static int numPosProbesRequired(gxSMDGDModel const &model, gxXform<2> const &xform,
                                   std::vector<gxXform<2>> const &perPoly, double spacing);
+  /// Round all outlines, mapped; empty if none has a segment. With a transform of its own for each outline, which comes
+  /// before @p xform: throws invalidIndex unless there is one for each.
+  static gxRect boundingBox(gxSMDGDModel const &model, gxXform<2> const &xform);
+  static gxRect boundingBox(gxSMDGDModel const &model, std::vector<gxXform<2>> const &perPoly, gxXform<2> const &xform);
+  /// The same round the outlines with a weight above 0.
+  static gxRect boundingBoxPositive(gxSMDGDModel const &model, std::vector<gxXform<2>> const &perPoly,
+                                    gxXform<2> const &xform);
   /// Appends the corner at a vertex (gxSMDGDPolyPrivate::corner()) to @p out, and moves all that it then holds to its
   /// own frame. Throws invalidIndex.
   static void corner(gxSMDGDModel const &model, gxSMDGDModel &out, int polyIndex, int vertex, bool wrap);

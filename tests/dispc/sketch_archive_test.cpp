@@ -1,4 +1,5 @@
 #include "dispc/sketchop.h"
+#include "dispc/sketchop_shapes.h"
 #include "dispc/sketchop_text.h"
 #include "dispc/uierror.h"
 #include "foundation/circle.h"
@@ -211,6 +212,49 @@ TEST(SketchArchive, refusesPointersThatAreNullOrOfAnotherClass)
       EXPECT_THROW(loadArchived(changed, target), gxArchive::Errors) << other;
   }
   EXPECT_EQ(target.size(), 2 * 32);
+}
+
+TEST(SketchArchive, headersAndOpsNameTheModuleOfAnUnknownVersion)
+{
+  auto const load = [](std::string const &stored, std::string const &className) {
+    std::string changed = stored;
+    changed.at(changed.find(className) + className.size()) = 1;
+    gxUISketch target;
+    try {
+      loadArchived(changed, target);
+    } catch (gxArchive::UnknownVersion const &e) {
+      return e.file() + (e.line() > 0 ? ", some line" : "");
+    }
+    return std::string("accepted");
+  };
+  for (OpVariant const &variant : opVariants()) {
+    gxUISketch const sketch = recorded(variant, 1);
+    if (sketch.isNull() || variant.nests())
+      continue;
+    std::string const stored = archivedBytes(sketch);
+    std::size_t const name = stored.find("gx_UISketchOp", stored.find("gx_UISketchOpHeader") + 19);
+    auto const length = static_cast<std::size_t>(static_cast<unsigned char>(stored.at(name - 2)));
+    EXPECT_EQ(load(stored, stored.substr(name, length)), "dispc/sketchop, some line") << variant.name;
+    EXPECT_EQ(load(stored, "gx_UISketchOpHeader"), "dispc/sketchop, some line") << variant.name;
+  }
+}
+
+TEST(SketchArchive, anOpThatReadsAnotherRecordIsStoredAnew)
+{
+  Bytes const first = Bytes().f64s({1, 2}), second = Bytes().f64s({3, 4});
+  gxPtrHandle<gx_UISketchOpData> op(gfCreateUISketchOpData(0)), once, again, same;
+  std::stringstream stream;
+  {
+    gxStoringArchive archive(stream);
+    op->parseByteStream(first.get().data());
+    archive || op;
+    op->parseByteStream(second.get().data());
+    archive || op || op;
+  }
+  gxLoadingArchive(stream) || once || again || same;
+  EXPECT_EQ(dynamic_cast<gx_UISketchOpPoint &>(*once).point(), gxPoint(1, 2));
+  EXPECT_EQ(dynamic_cast<gx_UISketchOpPoint &>(*again).point(), gxPoint(3, 4));
+  EXPECT_EQ(again.rep(), same.rep());
 }
 
 TEST(SketchArchive, damageLeavesTheTargetAsItWas)

@@ -40,8 +40,6 @@ class gx_StreamWriter
   /// 32 bits.
   gx_StreamWriter &word(long v) { return number(gf_narrow(v)); }
   gx_StreamWriter &real(double v) { return number(std::bit_cast<std::uint64_t>(v)); }
-  /// 64 bits, of which a number of the library fills the low 32 and their sign.
-  gx_StreamWriter &wide(long v) { return number(static_cast<std::int64_t>(v)); }
   gx_StreamWriter &single(float v) { return number(v); }
   gx_StreamWriter &vector(gxVector<2> const &v)
   {

@@ -60,9 +60,7 @@ void gxUITablet::draw(gxCross const &cross, gxGraphicProps const &props, Layers 
         scope.drawStart(gxPoint(c + gxVector<2>(gxPair<long>(-dy, dx))));
         scope.drawToRelPels(2 * dy, -2 * dx, props);
       },
-      [&](gx_StreamWriter &payload) {
-        payload.vector(cross.center()).real(cross.angle().value()).wide(cross.armLength());
-      });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, cross); });
 }
 
 void gxUITablet::draw(gxCross const &cross, gxColor const &color, Layers layer)
@@ -85,7 +83,7 @@ void gxUITablet::draw(gxCoordAxes const &axes, gxGraphicProps const &props, Laye
         arrowHead(gxPoint(axes.xEnd()), axes.xEnd() - axes.origin(), arm, props, layer);
         arrowHead(gxPoint(axes.yEnd()), axes.yEnd() - axes.origin(), arm, props, layer);
       },
-      [&](gx_StreamWriter &payload) { payload.vector(axes.origin()).vector(axes.xEnd()).vector(axes.yEnd()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, axes); });
 }
 
 void gxUITablet::draw(gxCoordAxes const &axes, gxColor const &color, Layers layer)

@@ -30,9 +30,7 @@ void gxUITablet::draw(gxEllipse2 const &ellipse, gxGraphicProps const &props, La
   drawShape(
       layer, props, gx_SketchCode::ellipse2, 40,
       [&](gxUIScope &scope) { scope.draw(ellipse.map(gx2XformLinear(scaledMap_)), props); },
-      [&](gx_StreamWriter &payload) {
-        payload.vector(ellipse.radii()).real(ellipse.angle().value()).vector(ellipse.center());
-      });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, ellipse); });
 }
 
 void gxUITablet::draw(gxEllipseArc2 const &arc, gxGraphicProps const &props, Layers layer)
@@ -40,12 +38,7 @@ void gxUITablet::draw(gxEllipseArc2 const &arc, gxGraphicProps const &props, Lay
   drawShape(
       layer, props, gx_SketchCode::ellipseArc2, 65,
       [&](gxUIScope &scope) { scope.draw(arc.map(gx2XformLinear(scaledMap_)), props); },
-      [&](gx_StreamWriter &payload) {
-        gxEllipse2 const &e = arc.ellipse();
-        payload.vector(e.radii()).real(e.angle().value()).vector(e.center());
-        payload.flag(e.isRightHanded()).real(e.phase().value());
-        payload.real(arc.phiStart().value()).real(arc.phiSpan().value());
-      });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, arc); });
 }
 
 namespace

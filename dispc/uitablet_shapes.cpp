@@ -42,7 +42,7 @@ void gxUITablet::draw(gxLineSeg const &segment, gxGraphicProps const &props, Lay
 {
   drawShape(
       layer, props, gx_SketchCode::lineSeg, 32, [&](gxUIScope &scope) { scope.draw(segment.map(scaledMap_), props); },
-      [&](gx_StreamWriter &payload) { payload.vector(segment.start()).vector(segment.end()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, segment); });
 }
 
 void gxUITablet::draw(gxLineSeg const &segment, gxColor const &color, Layers layer)
@@ -97,7 +97,7 @@ void gxUITablet::draw(gxLine const &line, gxGraphicProps const &props, Layers la
         scope.drawStart(gxPoint(mapped.pos() + mapped.dir() * from));
         scope.drawTo(gxPoint(mapped.pos() + mapped.dir() * to), props);
       },
-      [&](gx_StreamWriter &payload) { payload.vector(line.pos()).vector(line.dir()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, line); });
 }
 
 void gxUITablet::draw(gxLine const &line, gxColor const &color, Layers layer)
@@ -123,7 +123,7 @@ void gxUITablet::draw(gxRect const &rect, gxGraphicProps const &props, Layers la
         for (std::size_t const i : {1u, 2u, 3u, 0u})
           scope.drawTo(corners[i], props);
       },
-      [&](gx_StreamWriter &payload) { payload.vector(rect.origin()).vector(rect.size()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, rect); });
 }
 
 void gxUITablet::draw(gxRect const &rect, gxColor const &color, Layers layer, bool fill)
@@ -139,7 +139,7 @@ void gxUITablet::draw(gxCircle const &circle, gxGraphicProps const &props, Layer
         gxFlagPush const unrecorded(recordOn_, false);
         draw(gxEllipse(circle), props, layer);
       },
-      [&](gx_StreamWriter &payload) { payload.vector(circle.center()).real(circle.radius()); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, circle); });
 }
 
 void gxUITablet::draw(gxCircle const &circle, gxColor const &color, Layers layer, bool fill)

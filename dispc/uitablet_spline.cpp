@@ -1,3 +1,4 @@
+#include "dispc/detail/uisketch_blocks.h"
 #include "dispc/detail/uitablet_draw.h"
 #include "foundation/bezier.h"
 #include "foundation/cubicspline.h"
@@ -15,14 +16,6 @@ namespace
 {
 constexpr long curveBytes = 96;
 constexpr long mostPoints = 5000;
-
-void write(gx_StreamWriter &payload, gxBezierCurve const &curve)
-{
-  for (gxVector<2> const &p : curve.controlPoints())
-    payload.vector(p);
-  for (double const w : curve.weights())
-    payload.real(w);
-}
 
 bool isFinite(gxBezierCurve const &curve)
 {
@@ -65,7 +58,7 @@ void gxUITablet::draw(gxBezierCurve const &curve, gxGraphicProps const &props, L
         gxFlagPush const unrecorded(recordOn_, false);
         scope.draw(gxPolyline(chain.positions(), false).map(scaledMap_), props);
       },
-      [&](gx_StreamWriter &payload) { write(payload, curve); });
+      [&](gx_StreamWriter &payload) { gf_writeFields(payload, curve); });
 }
 
 void gxUITablet::draw(gxCubicSpline const &spline, gxGraphicProps const &props, Layers layer)
@@ -81,7 +74,7 @@ void gxUITablet::draw(gxCubicSpline const &spline, gxGraphicProps const &props, 
       [&](gx_StreamWriter &payload) {
         payload.word(n);
         for (long i = 0; i < n; ++i)
-          write(payload, spline.bezierCurve(i));
+          gf_writeFields(payload, spline.bezierCurve(i));
       });
 }
 

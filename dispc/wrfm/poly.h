@@ -325,6 +325,7 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// segmentIntersection_() without memory of its own.
   gx_Meeting meetingOf_(int s, int t) const;
   bool claimsTooMuch_(int before, int after) const;
+  void checkDimension_(int s) const;
   void rebuildLabels_();
   void checkLoaded_(gxArchive const &archive);
   bool fits_(int v, double size) const;

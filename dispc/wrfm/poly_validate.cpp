@@ -1,6 +1,6 @@
 #include "dispc/wrfm/detail/polyedit.h"
 #include "dispc/wrfm/poly.h"
-#include "foundation/archive.h"
+#include "foundation/shapeserror.h"
 
 bool gxSMDGDPoly::claimsTooMuch_(int before, int after) const
 {
@@ -30,7 +30,7 @@ void gxSMDGDPoly::validate_()
     int const p = vertexIndex_(i - 1, true);
     if (vertexLabel_(i) != -1 && vertexLabel_(i) == vertexLabel_(p) && claimsTooMuch_(p, i))
       throw crossingSegments();
-    segmentDimension(i);
+    checkDimension_(i);
   }
 }
 
@@ -75,14 +75,14 @@ void gxSMDGDPoly::validateReplacement_(int i)
       throw crossingSegments();
     if (sharesLabel && claimsTooMuch_(p, i))
       throw crossingSegments();
-    segmentDimension(ps);
+    checkDimension_(ps);
   }
   if (ns != -1) {
     if (segmentIntersectsPoly_(ns, -1) || vertexIntersectsPoly_(q, -1))
       throw crossingSegments();
     if (sharesLabel && claimsTooMuch_(i, q))
       throw crossingSegments();
-    segmentDimension(ns);
+    checkDimension_(ns);
   }
 }
 
@@ -101,6 +101,17 @@ void gxSMDGDPoly::validateClose_()
   if (numVertices() < 2)
     throw invalidVertices();
   validateReplacement_(0);
+}
+
+// What segmentDimension() throws, it throws too. Of a line that may have any length nothing needs to be measured.
+void gxSMDGDPoly::checkDimension_(int s) const
+{
+  gxDimTol const &tol = at_(s).segmentLengthTol_;
+  bool const mayHaveAnyLength = tol.minTol() == kUnsetDim && tol.maxTol() == kUnsetDim;
+  if (!mayHaveAnyLength || isArcSegment_(s))
+    segmentDimension(s);
+  else if (vertexPoint_(previousVertexIndex_(s)) == vertexPoint_(s))
+    throw gxShapesError::DegenerateShape();
 }
 
 gxSMDDimension gxSMDGDPoly::segmentDimension(long segment) const

@@ -102,6 +102,9 @@ class GX_API gxPelScope : public gxUIScope
   void expand(gxPelBuffer_const<unsigned char> const &buffer, gxPoint const &topLeft, gxPair<double> const &scale,
               bool pass, unsigned char passPel, bool indexed, InterpolationModes mode) override;
 
+  void expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+              gxPair<double> const &scale, bool pass, unsigned char passPel) override;
+
   void set(gxUIRect const &rect, gxColor const &color) override;
   void set(gxColor const &color) override;
   /// Pels are neighbours if they share a side. A boundary fill passes over pels that have the new color already.

@@ -12,13 +12,15 @@
 namespace
 {
 
+/// A factor this close to a whole number is taken to be that.
+constexpr double wholeEnough = 1e-6;
+
 /// How the pels of an image lie along one axis when it is scaled.
 class Axis
 {
  public:
   Axis(long size, double scale) : size_(size)
   {
-    constexpr double wholeEnough = 1e-6;
     double const inverse = 1.0 / scale;
     if (!(scale > 0.0) || !std::isfinite(scale) || !std::isfinite(inverse))
       return;
@@ -252,6 +254,21 @@ void gxPelScope::draw(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::ve
     isPass[i] = pass && index == passPel;
   }
   painter.runs(buffer, topLeft, looks, isPass);
+}
+
+void gxPelScope::expand(gxRLEBuffer const &buffer, gxPoint const &topLeft, std::vector<unsigned char> const &colorMap,
+                        gxPair<double> const &scale, bool pass, unsigned char passPel)
+{
+  if (std::isnan(topLeft.x()) || std::isnan(topLeft.y()))
+    return;
+  // By a whole factor only the runs within the scope are enlarged; who measures wants to know of the others, too.
+  double const factor = std::round(scale.x());
+  if (clientChangeEnable() && factor >= 1.0 && factor < 0x1p31 && std::abs(scale.x() - factor) <= wholeEnough) {
+    gxVector<2> const at = Painter(*this).pelOf(topLeft);
+    gxVector<2> const end = at + gxVector<2>(buffer.size()) * factor;
+    change(gf_pelBox(at.x(), at.y(), end.x(), end.y()).rect(), false);
+  }
+  gxUIScope::expand(buffer, topLeft, colorMap, scale, pass, passPel);
 }
 
 // Images at unit scale, reduced and enlarged.

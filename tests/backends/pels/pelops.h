@@ -128,6 +128,13 @@ inline std::vector<ScopeOperation> scopeOperations()
     add("runs by index" + with, [=](gxUIScope &s, V const &at) {
       s.draw(runs, gxPoint(at - V(9, 8)), std::vector<unsigned char>{9, 8, 7}, pass, 4);
     });
+    for (double const scale : {0.5, 0.4, 1.5, 2.0})
+      add("runs at scale " + std::to_string(scale) + with, [=](gxUIScope &s, V const &at) {
+        gxPoint const corner(at - V(15, 12));
+        std::vector<unsigned char> const map{9, 8, 7};
+        gxPair<double> const both(scale, scale);
+        scale < 1.0 ? s.sample(runs, corner, map, both, pass, 8) : s.expand(runs, corner, map, both, pass, 8);
+      });
     add("runs by color" + with, [=](gxUIScope &s, V const &at) {
       s.draw(runs, gxPoint(at - V(9, 8)), std::vector<gxColor>{gxColor::red, gxColor::green}, pass, 1);
     });

@@ -36,6 +36,12 @@ class Pages
 
 // The chapters, in the order of the pages; each in a source of its own, and a row of the table in demo.cpp.
 
+/// Every shape, each under a map of its own.
+void shapesChapter(Pages &pages);
+
+/// Text, sections, arrowheads, outlines, the pen and fills.
+void letteringChapter(Pages &pages);
+
 /// A group of graphics: drawn, mapped, cloned in other colors, archived and drawn again.
 void graphicsChapter(Pages &pages);
 

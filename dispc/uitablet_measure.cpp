@@ -91,12 +91,16 @@ class Extremes
   gxVector<2> high_{-inf, -inf};
 };
 
-/// How many pels an axis of an image has when it is scaled. A factor, or the inverse of one, that is whole to 1e-6 is
-/// taken to be whole.
-double scaledCount(long size, double scale)
+/// A factor, or the inverse of one, that is whole to 1e-6 is taken to be whole.
+bool isWhole(double v)
 {
   constexpr double wholeEnough = 1e-6;
-  auto const isWhole = [](double v) { return v < 0x1p31 && std::abs(v - std::round(v)) <= wholeEnough; };
+  return v < 0x1p31 && std::abs(v - std::round(v)) <= wholeEnough;
+}
+
+/// How many pels an axis of an image has when it is scaled.
+double scaledCount(long size, double scale)
+{
   double const inverse = 1.0 / scale;
   if (!(scale > 0.0) || !std::isfinite(scale) || !std::isfinite(inverse))
     return 0.0;
@@ -307,7 +311,8 @@ void gx_MeasuringScope::sample(gxPelBuffer_const<unsigned char> const &b, gxPoin
 void gx_MeasuringScope::expand(gxRLEBuffer const &b, gxPoint const &at, std::vector<unsigned char> const &,
                                gxPair<double> const &scale, bool, unsigned char)
 {
-  image(b.size(), at, {scale.x(), scale.x()});  // both axes take the factor of x
+  // By a whole factor the runs are enlarged, and both axes take that of x; otherwise the pels are.
+  image(b.size(), at, isWhole(scale.x()) ? gxPair<double>(scale.x(), scale.x()) : scale);
 }
 
 void gx_MeasuringScope::expand(gxPelBuffer_const<gxPackedRGB32Pel> const &b, gxPoint const &at,

@@ -230,6 +230,25 @@ TEST_F(Images, IndexedPelsAndRunsGoThroughThePalette)
   EXPECT_EQ(at(0, 0), solid(0, 255, 0)) << "cut by two edges";
 }
 
+TEST_F(Images, RunsAreMeasuredAsTheyAreDrawn)
+{
+  // Only the x factor counts for whole factors of it, when the runs are scaled; otherwise the pels are, by both.
+  gxRLEBuffer const runs(grey);
+  for (gxPair<double> const &scale : {gxPair<double>(1, 1), gxPair<double>(2, 1.5), gxPair<double>(2.37, 4),
+                                      gxPair<double>(1.5, 0.5), gxPair<double>(0.5, 0.3), gxPair<double>(0.4, 0.7)}) {
+    gxPelSurface s(100, 80);
+    gxUITablet tablet(&s.imageScope(), &s.overlayScope());
+    tablet.scaleExact(scale).visible(true);
+    tablet.recordOn().push(true);
+    tablet.recordChanges(true);
+    tablet.draw(runs, gxPoint(3, 4), {}, false, 0, false, gxUITablet::overlay);
+    gxUIRect reported[2];
+    tablet.getChanges(reported, false);
+    EXPECT_FALSE(reported[1].isNull());
+    EXPECT_EQ(tablet.encloseRect(tablet.sketch(), gxVector<2>(), gxUITablet::overlay), reported[1]) << scale;
+  }
+}
+
 TEST(PelText, LiesInItsRectangleAtAllAlignments)
 {
   struct {

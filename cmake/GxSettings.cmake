@@ -50,9 +50,9 @@ function(gx_library target exported)
   set_property(GLOBAL APPEND PROPERTY GXDISPLAY_LIBRARIES ${target})
 endfunction()
 
-# gx_link_backends(TARGET): links the back ends that this build has; GXDISPLAY_HAVE_PNG tells of the optional one.
+# gx_link_backends(TARGET): links the back ends that this build has; GXDISPLAY_HAVE_PNG and _CAIRO tell of the optional ones.
 function(gx_link_backends target)
-  foreach(backend IN ITEMS pels png)
+  foreach(backend IN ITEMS pels png cairo)
     if(TARGET gxdisplay_${backend})
       string(TOUPPER ${backend} name)
       target_link_libraries(${target} PRIVATE gxdisplay::${backend})

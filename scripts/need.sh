@@ -24,6 +24,7 @@ have() {
     libgtest-dev) have_library gtest ;;
     libgmock-dev) have_library gmock ;;
     libpng-dev) have_library libpng ;;
+    libcairo2-dev) have_library cairo-svg && have_library cairo-pdf ;;
     libbenchmark-dev) have_library benchmark || compgen -G '/usr/include/benchmark/benchmark.h' >/dev/null ;;
     *) have_command "$1" ;;
   esac

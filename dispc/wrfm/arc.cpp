@@ -23,10 +23,9 @@ gx2SegmentArc::gx2SegmentArc(gxVector<2> const &p1, gxVector<2> const &p2, gxDeg
     throw gxShapesError::DegenerateShape();
   // an arc of less than half a turn bends round a centre on the side to which it turns, a longer one has it opposite
   bool const leftOfChord = (w > 0.0 && w < 180.0) || (w > -360.0 && w < -180.0);
-  gxVector<2> const middle = (p1 + p2) * 0.5;
-  double const dist = middle.distance(p1) / std::tan(gxRadian(span).value() / 2.0);
-  gxDegree const chord = (p2 - p1).angle();
-  center_ = middle + gxVector<2>(std::abs(dist), chord + gxDegree(leftOfChord ? 90.0 : -90.0));
+  gxVector<2> const chord = p2 - p1, left(-chord.y(), chord.x());
+  double const height = 0.5 / std::abs(std::tan(gxRadian(span).value() / 2.0));  // of the centre, in chords
+  center_ = (p1 + p2) * 0.5 + left * (leftOfChord ? height : -height);
   startAngle_ = (p1 - center_).angle();
   radius_ = center_.distance(p1);
   if (!(radius_ > 0.0) || !center_.isFinite())

@@ -129,11 +129,6 @@ bool gxSMDGDPoly::isEndVertex(int vertex) const
   return isOpen_ && (v == 0 || v == numVertices() - 1);
 }
 
-bool gxSMDGDPoly::isArcSegment_(int s) const
-{
-  return std::abs(segmentAngleSpan_(s).signedNorm().value()) > kSpanEpsilon;
-}
-
 // ---- Attributes
 
 void gxSMDGDPoly::toggleDirection()

@@ -188,7 +188,11 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   double percentNextSegment_(int v) const { return at_(v).percentNextSegment_; }
   long vertexLabel_(int v) const { return at_(v).subModelLabel_; }
   bool isLineSegment_(int s) const { return !isArcSegment_(s); }
-  bool isArcSegment_(int s) const;
+  bool isArcSegment_(int s) const
+  {
+    double const span = segmentAngleSpan_(s).value();
+    return span != 0.0 && std::abs(gxDegree(span).signedNorm().value()) > kSpanEpsilon;
+  }
   /// By its radius; whether it is an end, where the radius has no effect, is not asked.
   bool vertexIsRounded_(int v) const { return vertexRadius_(v) > kSpanEpsilon; }
   double forwardPercExtension_(int v) const { return at_(v).forwardPercExtension_; }

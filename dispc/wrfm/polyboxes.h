@@ -20,6 +20,10 @@ class gx_PolyBoxes
       constexpr double far = std::numeric_limits<double>::infinity();
       return {-far, -far, far, far};
     }
+    friend bool operator==(Box const &a, Box const &b)
+    {
+      return a.left == b.left && a.bottom == b.bottom && a.right == b.right && a.top == b.top;
+    }
     void add(Box const &b)
     {
       left = std::min(left, b.left);
@@ -40,7 +44,7 @@ class gx_PolyBoxes
   /// Piece @p i has changed. A piece beyond the known ones is one more at the end.
   void markStale(std::size_t i) noexcept
   {
-    if (size_ == 0)
+    if (size_ == 0 || std::find(stale_.begin(), stale_.begin() + numStale_, i) != stale_.begin() + numStale_)
       return;
     if (numStale_ == stale_.size())
       clear();
@@ -92,10 +96,12 @@ void gx_PolyBoxes::build(std::size_t n, BoxOf boxOf)
 inline void gx_PolyBoxes::setLeaf(std::size_t i, Box const &box)
 {
   std::size_t k = nodes_.size() / 2 + i;
-  nodes_[k] = box;
-  while (k > 1) {
+  Box now = box;
+  while (k > 0 && !(nodes_[k] == now)) {
+    nodes_[k] = now;
     k /= 2;
-    nodes_[k] = joined(k);
+    if (k > 0)
+      now = joined(k);
   }
 }
 

@@ -54,7 +54,8 @@ gx_Meeting gx_SegmentMeet::meet(gx2SegmentLine const &segment, gx2SegmentLine co
   });
 }
 
-gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds)
+template <class Keep>
+gx_Meeting gx_SegmentMeet::meetLine(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds, Keep keep)
 {
   gx_Ray own = line;
   if (!arc.xform_.isIdentity()) {
@@ -69,25 +70,33 @@ gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx_Ray const &line, bo
   if (!(d <= r))
     return {};
 
-  auto const holds = [&](gxVector<2> const &p) { return arc.validAngle_((p - arc.center_).angle(), !excludeEnds); };
   gx_Meeting meeting;
+  auto const offer = [&](gxVector<2> const &p, gxVector<2> const &client) {
+    // the angle last: it costs most
+    if (keep(client) && arc.validAngle_((p - arc.center_).angle(), !excludeEnds))
+      meeting.add(client);
+  };
   if (r - d <= tiny) {
-    if (holds(foot))
-      meeting.add(foot);
+    offer(foot, foot);
     return meeting;
   }
   double const h = std::sqrt((r - d) * (r + d));
-  for (double const along : {h, -h})
-    if (gxVector<2> const p = foot + own.dir * along; holds(p))
-      meeting.add(arc.xform_ * p);
+  for (double const along : {h, -h}) {
+    gxVector<2> const p = foot + own.dir * along;
+    offer(p, arc.xform_ * p);
+  }
   return meeting;
+}
+
+gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds)
+{
+  return meetLine(arc, line, excludeEnds, [](gxVector<2> const &) { return true; });
 }
 
 gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx2SegmentLine const &segment, bool excludeEnds)
 {
-  return meet(arc, gx_Ray::of(segment), excludeEnds).filtered([&](auto const &p) {
-    return segment.inRange(p, !excludeEnds);
-  });
+  return meetLine(arc, gx_Ray::of(segment), excludeEnds,
+                  [&](gxVector<2> const &p) { return segment.inRange(p, !excludeEnds); });
 }
 
 gx_Meeting gx_SegmentMeet::meet(gx2SegmentArc const &arc, gx2SegmentArc const &other, bool excludeEnds)

@@ -50,4 +50,9 @@ class gx_SegmentMeet
   static gx_Meeting meet(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds);
   static gx_Meeting meet(gx2SegmentArc const &arc, gx2SegmentLine const &segment, bool excludeEnds);
   static gx_Meeting meet(gx2SegmentArc const &arc, gx2SegmentArc const &other, bool excludeEnds);
+
+ private:
+  /// The common points for which keep(point) holds.
+  template <class Keep>
+  static gx_Meeting meetLine(gx2SegmentArc const &arc, gx_Ray const &line, bool excludeEnds, Keep keep);
 };

@@ -106,6 +106,9 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   gxDegree orientation_() const;
   double perimeter_(double minLength) const;
   double extensionPerimeter_() const;
+  /// Sets the extensions of all outlines to @p fraction, or to their default if it is negative, and shortens them where
+  /// they run close along an outline, their own among them: see gxSMDGDPoly::checkExtensions_(), whose errors this has.
+  void setExtensions_(double clearance, gxDegree const &angle, double step, double fraction);
 
   void reInit() override;
 

@@ -34,6 +34,8 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   /// Appends the corner at a vertex (gxSMDGDPolyPrivate::corner()) to @p out, and moves all that it then holds to its
   /// own frame. Throws invalidIndex.
   static void corner(gxSMDGDModel const &model, gxSMDGDModel &out, int polyIndex, int vertex, bool wrap);
+  /// Extensions that keep clear of what runs within 10 degrees of them by 8 steps: see gxSMDGDModel::setExtensions_().
+  static void setExtensions(gxSMDGDModel &model, double step, double fraction);
   /// A model of the closed outlines through the points of the polygons.
   static gxSMDGDModel convert(std::vector<gxPolygon> const &polygons);
 

@@ -1,6 +1,7 @@
 // Extensions: where segments run on past sharp corners, and how far they may.
 
 #include "dispc/wrfm/detail/polypiece.h"
+#include "dispc/wrfm/modelprivate.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/shapeserror.h"
 
@@ -12,6 +13,8 @@ namespace
 
 constexpr double kDefaultExtension = 0.5;
 constexpr double kExtensionCornerAngle = 45.0;
+constexpr gxDegree kExtensionParallelAngle(10.0);
+constexpr double kExtensionClearanceFactor = 8.0;  // in steps
 
 /// No walk takes more steps, however short they are asked for.
 constexpr double mostSteps = 1e6;
@@ -165,4 +168,23 @@ void gxSMDGDPoly::checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegre
     backwardPercExtension_(start, backward);
     forwardPercExtension_(i, forward);
   }
+}
+
+void gxSMDGDModel::setExtensions_(double clearance, gxDegree const &angle, double step, double fraction)
+{
+  mutating();
+  for (gxSMDGDPoly &poly : polys_) {
+    if (fraction >= 0.0)
+      gxSMDGDPolyPrivate::setExtensions_(poly, fraction);
+    else
+      gxSMDGDPolyPrivate::setDefaultExtensions_(poly);
+  }
+  for (gxSMDGDPoly &poly : polys_)
+    for (gxSMDGDPoly &other : polys_)
+      gxSMDGDPolyPrivate::checkExtensions_(poly, other, clearance, angle, step, &poly == &other);
+}
+
+void gxSMDGDModelPrivate::setExtensions(gxSMDGDModel &model, double step, double fraction)
+{
+  model.setExtensions_(kExtensionClearanceFactor * step, kExtensionParallelAngle, step, fraction);
 }

@@ -101,6 +101,13 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gx2SegmentArc backwardArcSegmentExtension_(gxSMDGDPoly const &poly, int s);
   ///@}
 
+  static void setExtensions_(gxSMDGDPoly &poly, double fraction) { poly.setExtensions_(fraction); }
+  static void setDefaultExtensions_(gxSMDGDPoly &poly) { poly.setDefaultExtensions_(); }
+  static void checkExtensions_(gxSMDGDPoly &poly, gxSMDGDPoly &other, double clearance, gxDegree const &angle,
+                               double step, bool samePoly)
+  {
+    poly.checkExtensions_(other, clearance, angle, step, samePoly);
+  }
   /// Cuts an extension back to where it last was clear of another piece. It is walked from the end of the segment (with
   /// @p backward from the start) in steps of length @p step; it is blocked where the other piece is met at a right
   /// angle to it, nearer than @p clearance, and running at most @p angle aside. Throws gxShapesError::BadCoef for a

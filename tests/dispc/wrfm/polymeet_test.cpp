@@ -1,5 +1,6 @@
 // What outlines are asked about points, about themselves and about each other, against dense flattenings.
 
+#include "dispc/wrfm/modelprivate.h"
 #include "foundation/shapeserror.h"
 #include "tests/support/outlinevariants.h"
 
@@ -527,6 +528,13 @@ TEST(PolyExtensions, areCutBackWhereTheyRunCloseAlongAnotherPiece)
   // vertex 3 is (5, -5): segment 0 runs up from there, and back past it beside the other's left side
   EXPECT_EQ(left.extensions()[7], 0.0);
   EXPECT_EQ(left.extensions()[0], 0.5);
+
+  gxSMDGDModel model;
+  model << gxSMDGDPoly::rectangle(10, 10, {0, 0}) << right;
+  gxSMDGDModelPrivate::setExtensions(model, 0.15, -0.1);  // of one half, clear by 1.2
+  EXPECT_EQ(Open(model.polys()[0]).extensions(), left.extensions());
+  gxSMDGDModelPrivate::setExtensions(model, 0.1, 0.5);  // by 0.8
+  EXPECT_EQ(Open(model.polys()[0]).extensions(), same.extensions());
 }
 
 }  // namespace

@@ -149,7 +149,8 @@ TEST(PlaybackPicture, TheFirstBadRecordIsFound)
     picture.steps.push_back({&circle, i + 1, gxUITablet::overlay});
   picture.map = gxXform<2>(gxMatrix<2>(0.2, 0, 0, 0.2), gxVector<2>(60, 45));
   EXPECT_EQ(firstBad(picture, asItIs), std::nullopt);
-  for (std::size_t const bad : {0u, 1u, 7u, 15u}) {
+  long found = 0;
+  for (std::size_t bad = 0; bad < picture.steps.size(); ++bad) {
     Way const spoilt = [bad](gxUISketch const &sketch) {
       gxUISketch all = sketch, changed;
       gx_UISketchOpHeader header;
@@ -167,8 +168,12 @@ TEST(PlaybackPicture, TheFirstBadRecordIsFound)
       }
       return changed;
     };
+    if (difference(live(picture, 16), replayed(picture, 16, spoilt)) == 0)
+      continue;  // outside of the surface, or covered by those behind it
     EXPECT_EQ(firstBad(picture, spoilt), bad);
+    ++found;
   }
+  EXPECT_GT(found, 4);
 }
 
 /// What a surface reports to a client that tracks changes is what encloseRect() says without drawing.

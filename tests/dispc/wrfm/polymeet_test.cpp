@@ -454,6 +454,7 @@ TEST(PolyContact, touchesOrPassesThrough)
       gx2Rigid const map(gxDegree(turn), V(3, -2));
       gxSMDGDPoly const a = map * outlineOf(row.a, false), b = map * outlineOf(square);
       EXPECT_EQ(Private::pointContact(a, map * row.p, b), row.touches) << row.what << " " << turn;
+      EXPECT_FALSE(Private::pointContact(a, {std::numeric_limits<double>::quiet_NaN(), 5}, b));
       gxSMDGDPoly open(b);
       open.open();
       EXPECT_THROW(Private::pointContact(a, map * row.p, open), gxSMDGDPoly::notClosed);

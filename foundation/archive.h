@@ -102,6 +102,7 @@ class GX_API gxArchive
   template <class... T>
   requires(gx_ArchiveNumber<T> &&...) gxArchive &numbers(T &...v)
   {
+    static_assert((sizeof(Wire<T>) + ...) <= mostAtOnce);
     need((sizeof(Wire<T>) + ...));
     unsigned char *at = cursor_;
     ((at = mode_ ? gf_putLittle(at, static_cast<Wire<T>>(v)) : getNumber(at, v)), ...);
@@ -159,6 +160,9 @@ class GX_API gxArchive
   friend GX_API gxPersistent *gf_passShared(gxArchive &archive, gxPersistent *object);
   friend GX_API gxPersistent *gf_passOwned(gxArchive &archive, gxPersistent *object);
   friend GX_API bool gf_passOnce(gxArchive &archive, gxPersistent &object);
+
+  /// The most bytes that anybody needs in one piece.
+  static constexpr std::size_t mostAtOnce = 32;
 
   /// Makes @p n bytes available at cursor_: room while storing, content while loading.
   void need(std::size_t n)

@@ -43,6 +43,6 @@ class gx_ScrubbingArchive final : public gxArchive
     left_ -= n;
   }
 
-  std::array<unsigned char, 16> zeros_;  // as long as the longest number
+  std::array<unsigned char, mostAtOnce> zeros_;
   std::size_t left_ = std::size_t(1) << 20;
 };

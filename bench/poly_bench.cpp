@@ -44,18 +44,30 @@ void whole(benchmark::State &state, bool arcs)
 void edit(benchmark::State &state, bool arcs)
 {
   Outline poly = ring(state.range(0), arcs);
-  std::vector<gxSMDGDPolyVertex> moved = poly.vertices();
+  std::vector<gxSMDGDPolyVertex> const before = poly.vertices();
+  std::vector<gxSMDGDPolyVertex> moved = before;
   for (gxSMDGDPolyVertex &v : moved)
     v.point(v.point() * (1.0 + 0.1 / static_cast<double>(state.range(0))));
   int i = 0;
   int const n = static_cast<int>(state.range(0));
   for (auto _ : state) {
     i = (i + 7919) % n;
-    gxSMDGDPolyVertex const before = poly.vertex(i, false);
     poly.replaceVertex(i, moved[static_cast<std::size_t>(i)]);
-    poly.replaceVertex(i, before);
+    poly.replaceVertex(i, before[static_cast<std::size_t>(i)]);
   }
   state.SetItemsProcessed(state.iterations() * 2);
+}
+
+/// The check that follows an edit, by itself.
+void revalidate(benchmark::State &state, bool arcs)
+{
+  Outline poly = ring(state.range(0), arcs);
+  int i = 0;
+  int const n = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    i = (i + 7919) % n;
+    poly.validateReplacement_(i);
+  }
 }
 
 void append(benchmark::State &state)
@@ -101,6 +113,8 @@ void sizes(benchmark::internal::Benchmark *b)
 }
 BENCHMARK_CAPTURE(whole, lines, false)->Apply(sizes);
 BENCHMARK_CAPTURE(whole, arcs, true)->Apply(sizes);
+BENCHMARK_CAPTURE(revalidate, lines, false)->Apply(sizes);
+BENCHMARK_CAPTURE(revalidate, arcs, true)->Apply(sizes);
 BENCHMARK_CAPTURE(edit, lines, false)->Apply(sizes);
 BENCHMARK_CAPTURE(edit, arcs, true)->Apply(sizes);
 BENCHMARK(append)->Apply(sizes);
@@ -117,8 +131,13 @@ int main(int argc, char **argv)
   double const editAims[] = {50, 150, 1000};
   int i = 0;
   for (std::string const n : {"100", "1000", "10000"}) {
-    ratio("two edits against a full test, n = " + n, "edit/lines/" + n, "whole/lines/" + n, editAims[i] / 2);
-    ratio("the same with arcs", "edit/arcs/" + n, "whole/arcs/" + n, editAims[i++] / 2);
+    for (std::string const kind : {"lines/", "arcs/"}) {
+      ratio("the check of one edit against a full test, " + kind + n, "revalidate/" + kind + n, "whole/" + kind + n,
+            editAims[i]);
+      ratio("two whole edits against a full test, " + kind + n, "edit/" + kind + n, "whole/" + kind + n,
+            editAims[i] / 2);
+    }
+    ++i;
     ratio("a full test against a pass over all boxes for each piece", "whole/lines/" + n, "passes/" + n, 0.1);
   }
   ratio("an edit at n = 10000 against one at n = 100", "edit/lines/10000", "edit/lines/100", 0.2);

@@ -6,6 +6,8 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 
+#include <fstream>
+
 namespace
 {
 
@@ -19,21 +21,30 @@ gxPair<long> checkedSize(long width, long height)
   return {width, height};
 }
 
-/// Writes a page through a surface of cairo's that writes to a file.
+cairo_status_t append(void *to, unsigned char const *bytes, unsigned int count)
+{
+  static_cast<std::string *>(to)->append(reinterpret_cast<char const *>(bytes), count);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+/// Writes a page that cairo makes in memory.
 template <class Create>
 void writePage(gx_CairoScreen const &screen, std::string const &path, Create create)
 {
   gxPair<double> const size(screen.size());
-  gx_CairoTarget const page(create(path.c_str(), size.x(), size.y()));
+  std::string bytes;
+  gx_CairoTarget const page(create(append, &bytes, size.x(), size.y()));
   gx_CairoContext const context(cairo_create(page.get()));
   screen.paint(context.get(), false);
   cairo_show_page(context.get());
-  cairo_status_t const drawn = cairo_status(context.get());
   cairo_surface_finish(page.get());
-  cairo_status_t const written = cairo_surface_status(page.get());
-  for (cairo_status_t const status : {drawn, written})
+  for (cairo_status_t const status : {cairo_status(context.get()), cairo_surface_status(page.get())})
     if (status != CAIRO_STATUS_SUCCESS)
       throw gxPel::BadImageFile(path + ": " + cairo_status_to_string(status));
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush())
+    throw gxPel::BadImageFile(path + ": cannot be written");
 }
 
 }  // namespace
@@ -59,10 +70,10 @@ gxPelBuffer_const<gxPackedRGB32Pel> gxCairoSurface::picture()
 
 void gxCairoSurface::writeSvg(std::string const &path) const
 {
-  writePage(*screen_, path, cairo_svg_surface_create);
+  writePage(*screen_, path, cairo_svg_surface_create_for_stream);
 }
 
 void gxCairoSurface::writePdf(std::string const &path) const
 {
-  writePage(*screen_, path, cairo_pdf_surface_create);
+  writePage(*screen_, path, cairo_pdf_surface_create_for_stream);
 }

@@ -13,6 +13,14 @@
 #include <fstream>
 #include <iterator>
 
+/// Asked by the leak sanitizer: the font library keeps what it has read until the process ends, and cairo's pages keep
+/// a reference to the recordings that were painted on them.
+extern "C" char const *__lsan_default_suppressions();
+extern "C" char const *__lsan_default_suppressions()
+{
+  return "leak:libfontconfig\nleak:libcairo\n";
+}
+
 namespace
 {
 

@@ -46,6 +46,8 @@ void gx_UISketchOpPolygon::describe(Io &io, Op &op)
 {
   gxPolygon::PolyFillMode mode = op.polygon_.fillMode();
   io("fill mode", mode);
+  if constexpr (Io::reads)  // what comes from outside has to be what archives take
+    io.require(!io.version0() || (mode >= gxPolygon::noFill && mode <= gxPolygon::winding));
   long const n = io.count("points", op.polygon_.size(), pointBytes);
   if constexpr (Io::archives) {
     io("", op.polygon_);

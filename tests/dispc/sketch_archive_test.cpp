@@ -446,5 +446,6 @@ TEST(FirstVersion, badHeadsKeepTheirNames)
   EXPECT_THROW(load(join({Bytes().prefix(), Bytes().prefix(), record(17, Bytes())})), gxUIError::InvalidUISketch);
   EXPECT_THROW(load(join({Bytes().prefix(false, -1), record(17, Bytes())})), gxGraphicProps::BadParams);
   EXPECT_THROW(load(record(4, Bytes().f64s({1, 2, -3}))), gxArchive::Errors);
+  EXPECT_THROW(load(record(28, Bytes().i32(3).i32(0))), gxArchive::Errors);  // no fill mode, which could not be stored
   EXPECT_TRUE(target.isNull());
 }

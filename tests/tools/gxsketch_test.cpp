@@ -154,6 +154,25 @@ TEST_F(Tool, CommandLinesAndFilesThatMakeNoSense)
   EXPECT_EQ(out.find("gxsketch "), 0u);
 }
 
+// Pages of vectors: the drawing as paths, of the size that was asked for, no image of it.
+TEST_F(Tool, RendersVectorsWhereCairoIs)
+{
+  store("chart", recorded(penChart()));
+  bool const hasCairo = run("render chart page.svg --size 200x100") == 0;
+  if (!hasCairo) {
+    EXPECT_NE(err.find("pictures can be .p"), std::string::npos) << err;
+    return;
+  }
+  std::string const svg = contentOf(folder / "page.svg");
+  EXPECT_NE(svg.find("viewBox=\"0 0 200 100\""), std::string::npos);
+  EXPECT_NE(svg.find("<path"), std::string::npos);
+  EXPECT_EQ(svg.find("<image"), std::string::npos);
+  ASSERT_EQ(run("render chart page.pdf"), 0) << err;
+  EXPECT_EQ(contentOf(folder / "page.pdf").substr(0, 4), "%PDF");
+  EXPECT_EQ(run("render chart nowhere/page.pdf"), 1);
+  EXPECT_NE(err.find("nowhere/page.pdf"), std::string::npos) << err;
+}
+
 TEST_F(Tool, TellsWhatASketchHolds)
 {
   gxUITablet tablet;

@@ -1,5 +1,8 @@
 #include "tools/gxsketch/render.h"
 
+#ifdef GXDISPLAY_HAVE_CAIRO
+#include "backends/cairo/cairosurface.h"
+#endif
 #include "backends/pels/pelsurface.h"
 #ifdef GXDISPLAY_HAVE_PNG
 #include "backends/png/pngfile.h"
@@ -18,33 +21,72 @@ namespace
 
 constexpr long maxPels = 1L << 28;
 
-/// A visible tablet on a surface in memory.
+/// A visible tablet on a surface of its own.
+template <class Surface>
 struct Canvas {
-  gxPelSurface surface;
+  Surface surface;
   gxUITablet tablet{&surface.imageScope(), &surface.overlayScope()};
 
-  Canvas(gxPair<long> const &size, double scale) : surface(size.x(), size.y())
+  template <class... Options>
+  Canvas(gxPair<long> const &size, double scale, Options... options) : surface(size.x(), size.y(), options...)
   {
     tablet.scaleExact({scale, scale});
     tablet.visible(true);
   }
 };
 
-using Pels = gxPelBuffer_const<gxPackedRGB32Pel>;
+/// What is drawn, and on how many pels.
+struct Drawing {
+  gxUISketch const &sketch;
+  View const &view;
+  gxUIRect shown;
+
+  /// Draws on a canvas for Surface(width, height, options...), which is then handed on.
+  template <class Surface, class Write, class... Options>
+  void on(Write const &write, Options... options) const
+  {
+    Canvas<Surface> canvas(shown.sz(), view.scale, options...);
+    canvas.tablet.dragDel(gxPair<long>() - shown.ul());
+    canvas.tablet.draw(sketch, {}, view.layer);
+    write(canvas.surface);
+  }
+};
 
 /// A kind of file, known by its ending.
 struct Kind {
   std::string extension;
-  std::function<void(std::string const &path, Pels const &)> write;
+  std::function<void(std::string const &path, Drawing const &)> write;
 };
+
+template <class Write>
+Kind pels(char const *extension, Write write)
+{
+  return {extension, [write](std::string const &path, Drawing const &drawing) {
+            drawing.on<gxPelSurface>([&](gxPelSurface &surface) { write(path, surface.picture()); });
+          }};
+}
+
+#ifdef GXDISPLAY_HAVE_CAIRO
+Kind vectors(char const *extension, void (gxCairoSurface::*write)(std::string const &) const)
+{
+  return {extension, [write](std::string const &path, Drawing const &drawing) {
+            drawing.on<gxCairoSurface>([&](gxCairoSurface &page) { (page.*write)(path); }, gxCairoSurface::vectors);
+          }};
+}
+#endif
 
 std::vector<Kind> const &kinds()
 {
+  using Pels = gxPelBuffer_const<gxPackedRGB32Pel>;
   static std::vector<Kind> const all = {
 #ifdef GXDISPLAY_HAVE_PNG
-      {".png", [](std::string const &path, Pels const &pels) { gfWritePng(path, pels); }},
+      pels(".png", [](std::string const &path, Pels const &p) { gfWritePng(path, p); }),
 #endif
-      {".ppm", [](std::string const &path, Pels const &pels) { gfWriteNetpbm(path, pels); }},
+      pels(".ppm", [](std::string const &path, Pels const &p) { gfWriteNetpbm(path, p); }),
+#ifdef GXDISPLAY_HAVE_CAIRO
+      vectors(".svg", &gxCairoSurface::writeSvg),
+      vectors(".pdf", &gxCairoSurface::writePdf),
+#endif
   };
   return all;
 }
@@ -75,7 +117,7 @@ gxUIRect shownBy(gxUISketch const &sketch, View const &view, std::string const &
 
 gxUIRect extentOf(gxUISketch const &sketch, double scale, gxUITablet::Layers layer)
 {
-  Canvas const canvas({1, 1}, scale);
+  Canvas<gxPelSurface> const canvas({1, 1}, scale);
   gxUIRect extent;
   for (auto const one : {gxUITablet::image, gxUITablet::overlay})
     if (gxUITablet::shouldUpdate(one, layer))
@@ -95,11 +137,8 @@ void render(gxUISketch const &sketch, View const &view, std::string const &path)
 {
   Kind const &kind = kindOf(path);
   gxUIRect const shown = shownBy(sketch, view, path);
-  Canvas canvas(shown.sz(), view.scale);
-  canvas.tablet.dragDel(gxPair<long>() - shown.ul());
-  canvas.tablet.draw(sketch, {}, view.layer);
   try {
-    kind.write(path, canvas.surface.picture());
+    kind.write(path, {sketch, view, shown});
   } catch (gxException const &e) {
     throw FileError(e.message());  // it names the file
   }

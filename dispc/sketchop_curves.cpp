@@ -52,6 +52,7 @@ void gx_UISketchOpPolygon::describe(Io &io, Op &op)
   if constexpr (Io::archives) {
     io("", op.polygon_);
     passedCount(io, n, op.polygon_.size());
+    io.require(mode == op.polygon_.fillMode(), "a fill mode that is not that of the polygon behind it");
   } else if constexpr (Io::reads) {
     if (n != op.polygon_.size())
       op.polygon_ = gxPolygon(std::vector<gxVector<2>>(static_cast<std::size_t>(n)));

@@ -54,7 +54,7 @@ bool loads(std::string const &bytes, gxUISketch &sketch)
   return false;
 }
 
-/// What an archive keeps of it: all but bits of colours that mean nothing.
+/// What an archive keeps of it: all but bits of colours that mean nothing, and properties that then change nothing.
 gxUISketch throughArchive(gxUISketch sketch)
 {
   std::ostringstream stored;
@@ -106,8 +106,7 @@ void run(std::string const &bytes)
 
   try {
     gxUISketch const once = throughArchive(sketch), twice = throughArchive(once);
-    expect(once.size() == sketch.size() && twice.size() == once.size() &&
-               std::equal(once.bytes(), once.bytes() + once.size(), twice.bytes()),
+    expect(twice.size() == once.size() && std::equal(once.bytes(), once.bytes() + once.size(), twice.bytes()),
            "stored and loaded once more, the bytes differ");
   } catch (gxUIError::NotImplemented const &) {  // a sketch inside, out of a stream of the first version
   }

@@ -133,8 +133,7 @@ gx_UISketchOpHeader &gx_UISketchOpHeader::operator=(gx_UISketchOpHeader const &o
 void gx_UISketchOpHeader::reInit()
 {
   mutating();
-  if (hasProps_)
-    props_ = gxGraphicProps();
+  props_ = gxGraphicProps();  // whether read or not: who holds the header can change them
   hasProps_ = false;
   propsVersion_ = 0;
   layer_ = gx_UITabletBase::both;

@@ -229,6 +229,14 @@ TEST(SketchHeader, propertiesStayInForceAndTheColorIsThatOfTheHead)
   EXPECT_EQ(header.color(), gxColor(9));
   EXPECT_EQ(static_cast<long>(header.layer()), 200);
   EXPECT_EQ(header.opcode(), 0);
+  for (bool const read : {true, false}) {
+    if (read)
+      header.parseByteStream(stream.data());
+    header.props().arrowHead(true);
+    header.reInit();
+    EXPECT_EQ(header.props(), gx_UISketchOpHeader().props());
+    EXPECT_FALSE(header.hasProps());
+  }
 }
 
 TEST(SketchHeader, refusesBadPropertiesAndStaysAsItWas)

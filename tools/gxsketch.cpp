@@ -1,5 +1,6 @@
 // Looks into stored sketches, cuts and joins them, and makes pictures of them. The texts below tell how it is called.
 
+#include "foundation/exception.h"
 #include "tools/gxsketch/commandline.h"
 #include "tools/gxsketch/errors.h"
 #include "tools/gxsketch/render.h"
@@ -50,9 +51,20 @@ void needFiles(CommandLine const &line)
     throw UsageError("a file is missing");
 }
 
-void infoOf(std::string const &path)
+/// What a sketch cannot be used for, whatever operation finds out, is said with the name of its file.
+template <class Use>
+void useSketch(std::string const &path, Use const &use)
 {
-  gxUISketch const sketch = readSketch(path);
+  gxUISketch sketch = readSketch(path);
+  try {
+    use(sketch);
+  } catch (gxException const &e) {
+    throw FileError(path + ": " + e.message());
+  }
+}
+
+void infoOf(std::string const &path, gxUISketch const &sketch)
+{
   std::array<long, gf_sketchCodes.size()> counts{};
   std::array<long, 3> onLayer{};
   long const records = forEachRecord(sketch, [&](Record const &record) {
@@ -62,8 +74,7 @@ void infoOf(std::string const &path)
   std::cout << path << ": " << records << " records, " << sketch.size() << " bytes\n";
   static constexpr std::array layers = {"image", "overlay", "both"};
   for (std::size_t i = 0; i < layers.size(); ++i)
-    if (onLayer[i] > 0) {
-      auto const layer = static_cast<gxUITablet::Layers>(i);
+    if (auto const layer = static_cast<gxUITablet::Layers>(i); onLayer[i] > 0 || onLayer[gxUITablet::both] > 0) {
       std::cout << "  on " << layers[i] << ": " << onLayer[i];
       if (layer != gxUITablet::both)
         std::cout << ", covers " << extentOf(sketch, 1.0, layer);
@@ -79,7 +90,7 @@ void info(Words const &words)
   CommandLine const line(words, {});
   needFiles(line);
   for (std::string const &path : line.operands())
-    infoOf(path);
+    useSketch(path, [&](gxUISketch const &sketch) { infoOf(path, sketch); });
 }
 
 void dump(Words const &words)
@@ -87,10 +98,11 @@ void dump(Words const &words)
   CommandLine const line(words, {});
   needFiles(line);
   for (std::string const &path : line.operands()) {
-    gxUISketch sketch = readSketch(path);
-    if (line.operands().size() > 1)
-      std::cout << path << ":\n";
-    gfDumpUISketch(std::cout, sketch);
+    useSketch(path, [&](gxUISketch &sketch) {
+      if (line.operands().size() > 1)
+        std::cout << path << ":\n";
+      gfDumpUISketch(std::cout, sketch);
+    });
   }
 }
 
@@ -119,7 +131,7 @@ void renderCommand(Words const &words)
     view.scale = scaleIn(*text);
   if (std::string const *const text = line.option("--layer"))
     view.layer = layerIn(*text);
-  render(readSketch(line.operands()[0]), view, line.operands()[1]);
+  useSketch(line.operands()[0], [&](gxUISketch const &sketch) { render(sketch, view, line.operands()[1]); });
 }
 
 void cat(Words const &words)

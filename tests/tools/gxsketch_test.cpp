@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -101,6 +102,18 @@ TEST_F(Tool, CommandLinesAndFilesThatMakeNoSense)
   std::ofstream(folder / "cut short", std::ios::binary) << bytes.substr(0, bytes.size() / 2);
   std::ofstream(folder / "more", std::ios::binary) << bytes << '!';
   std::ofstream(folder / "text") << "no archive at all";
+  gxUISketch unknown;  // a shape of a client's that the tool does not know
+  unknown.opcode(static_cast<signed char>(gx_SketchCode::genShape), 0, gxColor(5));
+  std::fill_n(unknown.append(26), 26, 0);
+  store("unknown", unknown);
+  {
+    std::ofstream os(folder / "old", std::ios::binary);
+    gxStoringArchive archive(os);
+    signed char version = 0;
+    long length = 8;
+    char stream[8] = {13};  // a head with a code that is not assigned
+    (archive || version || length).raw(stream, length);
+  }
   std::string const size = std::to_string(bytes.size());
   struct Row {
     std::string arguments;
@@ -118,6 +131,8 @@ TEST_F(Tool, CommandLinesAndFilesThatMakeNoSense)
       {"info 'cut short'", 1, "cut short: "},
       {"info 'cut short'", 1, ", at byte "},
       {"dump more", 1, ", at byte " + size},
+      {"info old", 1, ", at byte " + std::to_string(contentOf(folder / "old").size())},
+      {"render unknown p.ppm --size 9x9", 1, "unknown: "},
       {"render good", 2, "render takes"},
       {"render good p.bmp", 2, "p.bmp: pictures can be "},
       {"render good p.ppm --size", 2, "needs a value"},
@@ -187,6 +202,11 @@ TEST_F(Tool, TellsWhatASketchHolds)
            << " bytes\n  on image: 1, covers (3, 4) 6 x 5\n  on overlay: 2, covers (-1, 4) 16 x 22\n"
               "  on both: 1\n  point: 3\n  rect: 1\n";
   EXPECT_EQ(out, expected.str());
+  store("b", recorded({[](gxUITablet &t) { t.draw(gxPoint(8, 8), gxColor::redColor(), gxUITablet::both); }}));
+  ASSERT_EQ(run("info b"), 0) << err;
+  EXPECT_NE(out.find("  on image: 0, covers (8, 8) 1 x 1\n  on overlay: 0, covers (8, 8) 1 x 1\n  on both: 1\n"),
+            std::string::npos)
+      << out;
   ASSERT_EQ(run("dump s"), 0) << err;
   std::ostringstream dumped;
   gfDumpUISketch(dumped, tablet.sketch());

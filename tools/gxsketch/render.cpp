@@ -58,11 +58,22 @@ struct Kind {
   std::function<void(std::string const &path, Drawing const &)> write;
 };
 
+/// What a file refuses; the text names the file.
+template <class Write>
+void writing(Write const &write)
+{
+  try {
+    write();
+  } catch (gxException const &e) {
+    throw FileError(e.message());
+  }
+}
+
 template <class Write>
 Kind pels(char const *extension, Write write)
 {
   return {extension, [write](std::string const &path, Drawing const &drawing) {
-            drawing.on<gxPelSurface>([&](gxPelSurface &surface) { write(path, surface.picture()); });
+            drawing.on<gxPelSurface>([&](gxPelSurface &surface) { writing([&] { write(path, surface.picture()); }); });
           }};
 }
 
@@ -70,7 +81,8 @@ Kind pels(char const *extension, Write write)
 Kind vectors(char const *extension, void (gxCairoSurface::*write)(std::string const &) const)
 {
   return {extension, [write](std::string const &path, Drawing const &drawing) {
-            drawing.on<gxCairoSurface>([&](gxCairoSurface &page) { (page.*write)(path); }, gxCairoSurface::vectors);
+            drawing.on<gxCairoSurface>([&](gxCairoSurface &page) { writing([&] { (page.*write)(path); }); },
+                                       gxCairoSurface::vectors);
           }};
 }
 #endif
@@ -137,9 +149,5 @@ void render(gxUISketch const &sketch, View const &view, std::string const &path)
 {
   Kind const &kind = kindOf(path);
   gxUIRect const shown = shownBy(sketch, view, path);
-  try {
-    kind.write(path, {sketch, view, shown});
-  } catch (gxException const &e) {
-    throw FileError(e.message());  // it names the file
-  }
+  kind.write(path, {sketch, view, shown});
 }

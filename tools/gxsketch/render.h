@@ -21,5 +21,5 @@ gxUIRect extentOf(gxUISketch const &sketch, double scale, gxUITablet::Layers lay
 std::string pictureKinds();
 
 /// Draws a sketch and writes the picture, of the kind that the name of the file says: the overlay above the image, on
-/// black. Throws FileError, and UsageError for a kind that cannot be written.
+/// black. Throws FileError, UsageError for a kind that cannot be written, and what a record throws when it is drawn.
 void render(gxUISketch const &sketch, View const &view, std::string const &path);

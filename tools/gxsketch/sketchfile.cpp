@@ -24,15 +24,23 @@ gxUISketch readSketch(std::string const &path)
   // A folder can be opened, and fails when it is read.
   if (!is || (is.peek() == std::ifstream::traits_type::eof() && is.bad()))
     failBySystem(path);
+  std::string where;
   try {
     gxUISketch sketch;
     gxLoadingArchive archive(is);
-    archive || sketch;
+    try {
+      archive || sketch;
+    } catch (gxArchive::Errors const &) {
+      throw;  // it names the byte
+    } catch (gxException const &) {
+      where = ", at byte " + std::to_string(archive.position());
+      throw;
+    }
     if (archive.bytesLeft() > 0)
       archive.fail("more than a sketch in the file");
     return sketch;
   } catch (gxException const &e) {
-    throw FileError(path + ": " + e.message());
+    throw FileError(path + ": " + e.message() + where);
   }
 }
 

@@ -10,7 +10,7 @@ namespace
 double normWithin(double v, double turn)
 {
   if (v >= 0.0 && v < turn)
-    return v + 0.0;                // spares most angles a slow function
+    return v + 0.0;               // spares most angles a slow function
   double r = std::fmod(v, turn);  // exact, and of the sign of v
   if (r < 0.0)
     r += turn;

@@ -123,7 +123,8 @@ TEST(GraphicGroup, PropertiesGoDownOnlyAsAWhole)
       EXPECT_EQ(e.message(), "Item index out of range");
     }
   }
-  group = group;
+  gxGraphicGroup const &self = group;
+  group = self;
   EXPECT_EQ(group.numItems(), 2);
   std::vector<gxPtrHandle_const<gxGraphic>> members;
   group.getItems(members);

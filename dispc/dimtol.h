@@ -84,6 +84,8 @@ class GX_API gxDimTol
   friend GX_API gxArchive &operator||(gxArchive &archive, gxDimTol &d);
 
  private:
+  friend class gx_PolyFields;
+
   double newTol_(double tol, TolType toType, double sign) const;
   void set_(double nom, double min, double max, TolType type);
   /// By the rules of gxSMDDimension; defined beside them.

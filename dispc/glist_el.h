@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dispc/graphic.h"
+#include "dispc/wrfm/wirefrm.h"
 #include "foundation/affinerect.h"
 #include "foundation/annulus.h"
 #include "foundation/bezier.h"
@@ -130,6 +131,8 @@ class GX_API gxGraphicWithFill : public gxGraphicBuiltin<S>
   X(gxAffineRectangle)                 \
   X(gxPolyline)                        \
   X(gxPolygon)                         \
+  X(gxGenPoly)                         \
+  X(gx2Wireframe)                      \
   X(gxLineSegSet)                      \
   X(gxBezierCurve)                     \
   X(gxDeBoorSpline)                    \

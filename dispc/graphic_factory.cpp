@@ -38,6 +38,8 @@ constexpr Row rows[] = {
     withFill<gxGenRect, gxGenRect>,
     simple<gxGenAnnulus>,
     simple<gxPolyline>,
+    simple<gxGenPoly>,
+    simple<gx2Wireframe>,  // never reached, as a wireframe is a polygon
     simple<gxAffineRectangle>,
     simple<gxBezierCurve>,
     simple<gxDeBoorSpline>,

@@ -28,8 +28,6 @@ gx_UISketchOpData *make()
 
 /// No op has the code as its payload: one that is not assigned, or the properties.
 constexpr gx_UISketchOpData *(*none)() = nullptr;
-/// Polygons have no op yet.
-constexpr gx_UISketchOpData *(*polygon)() = nullptr;
 
 struct OpRow {
   gx_SketchCode code;
@@ -72,14 +70,14 @@ constexpr std::array<OpRow, gf_sketchCodes.size()> ops = {{
     {gx_SketchCode::genRectFilled, make<gx_UISketchOpGenRect>},
     {gx_SketchCode::rect, make<gx_UISketchOpRect>},
     {gx_SketchCode::genShape, make<gx_UISketchOpGenShape>},
-    {gx_SketchCode::genPoly, polygon},
+    {gx_SketchCode::genPoly, gf_makeGenPolyOp},
     {gx_SketchCode::unicodeString, make<gx_UISketchOpUnicodeString>},
     {gx_SketchCode(36), none},
     {gx_SketchCode::cross, make<gx_UISketchOpCross>},
-    {gx_SketchCode::genPolyVertices, polygon},
+    {gx_SketchCode::genPolyVertices, gf_makeGenPolyOp},
     {gx_SketchCode::ellipseAnnulusSectionFlags, make<gx_UISketchOpEllipseAnnSectArrowheadFlag>},
     {gx_SketchCode::props, none},
-    {gx_SketchCode::wireframe, polygon},
+    {gx_SketchCode::wireframe, gf_makeWireframeOp},
     {gx_SketchCode::bezierCurve, make<gx_UISketchOpBezierCurve>},
     {gx_SketchCode::cubicSpline, make<gx_UISketchOpCubicSpline>},
     {gx_SketchCode::polyline, make<gx_UISketchOpPolyline>},
@@ -88,16 +86,11 @@ constexpr std::array<OpRow, gf_sketchCodes.size()> ops = {{
     {gx_SketchCode::clipRect, make<gx_UISketchOpClipRect>},
 }};
 
-constexpr bool isPolygon(gx_SketchCode code)
-{
-  return code == gx_SketchCode::genPoly || code == gx_SketchCode::genPolyVertices || code == gx_SketchCode::wireframe;
-}
-
 constexpr bool eachCodeHasItsRow()
 {
   for (std::size_t i = 0; i < ops.size(); ++i) {
     gx_SketchCode const code = ops[i].code;
-    bool const isPayload = gf_sketchCodes[i].name && code != gx_SketchCode::props && !isPolygon(code);
+    bool const isPayload = gf_sketchCodes[i].name && code != gx_SketchCode::props;
     if (code != gf_sketchCodes[i].code || (ops[i].make != nullptr) != isPayload)
       return false;
   }

@@ -21,6 +21,7 @@
 #include <vector>
 
 class gx2Point;
+class gx2Wireframe;
 class gxAffineRectangle;
 class gxAnnulus;
 class gxBezierCurve;
@@ -34,6 +35,7 @@ class gxEllipseAnnulusSection;
 class gxEllipseArc;
 class gxEllipseArc2;
 class gxGenAnnulus;
+class gxGenPoly;
 class gxGenRect;
 class gxGraphic;
 class gxLine;
@@ -239,6 +241,14 @@ class GX_API gxUITablet : public gx_UITabletBase
   void draw(gxPolygon const &polygon, gxGraphicProps const &props, Layers layer);
   void draw(gxPolygon const &polygon, gxColor const &color, Layers layer);
   void draw(gxPolyline const &polyline, gxGraphicProps const &props, Layers layer);
+  /// Line by line, arcs as chords; before rounding as well if the properties show vertices. The arrow flag is not
+  /// looked at. Throws gxMathError::Singular if the map of the tablet has no inverse; so does the next.
+  void draw(gxGenPoly const &polygon, gxGraphicProps const &props, Layers layer);
+  void draw(gxGenPoly const &polygon, gxColor const &color, Layers layer, bool showVertex);
+  /// The same; with `arrowHead` each segment that is not short has a mark of its direction, and of its positive and
+  /// negative side. A record does not hold the polarity.
+  void draw(gx2Wireframe const &wireframe, gxGraphicProps const &props, Layers layer);
+  void draw(gx2Wireframe const &wireframe, gxColor const &color, Layers layer, bool showVertex);
   /// Outer and inner circle, each with a record of its own; the form with a colour draws a gxGenAnnulus.
   void draw(gxAnnulus const &annulus, gxGraphicProps const &props, Layers layer);
   void draw(gxAnnulus const &annulus, gxColor const &color, Layers layer);
@@ -487,6 +497,8 @@ class GX_API gxUITablet : public gx_UITabletBase
   void drawShape(Layers layer, gxGraphicProps const &props, gx_SketchCode code, long bytes, ToScope const &toScope,
                  ToSketch const &toSketch);
 
+  template <class Polygon>
+  void drawPolygon(Polygon const &polygon, gxGraphicProps const &props, gx_SketchCode code, Layers layer);
   template <class Pel, class Value>
   void drawImage(gxPelBuffer_const<Pel> const &buffer, gxPoint const &topLeft, bool pass, Value passPel,
                  InterpolationModes mode, Layers layer);

@@ -1,3 +1,4 @@
+#include "dispc/detail/uitablet_dispatch.h"
 #include "dispc/uitablet.h"
 #include "foundation/affinerect.h"
 #include "foundation/annulus.h"
@@ -51,15 +52,17 @@ class Dispatch
     }
     // In this order; a class that is none of these is left out.
     drawFirst<gx2Point, gxLineSeg, gxLine, gxRect, gxCircle, gxAnnulus, gxEllipseArc2, gxEllipse2, gxGenRect,
-              gxGenAnnulus, gxPolyline, gxAffineRectangle, gxBezierCurve, gxDeBoorSpline, gxInterpSpline,
-              gxHermiteSpline, gxEllipseAnnulus, gxLineSegSet>(shape, pending);
+              gxGenAnnulus, gxPolyline>(shape, pending) ||
+        gf_drawIfPolygon(tablet_, shape, pending.rep(), props_, layer_) ||
+        drawFirst<gxAffineRectangle, gxBezierCurve, gxDeBoorSpline, gxInterpSpline, gxHermiteSpline, gxEllipseAnnulus,
+                  gxLineSegSet>(shape, pending);
   }
 
  private:
   template <class... Shape>
-  void drawFirst(gxShape const &shape, Pending const &pending)
+  bool drawFirst(gxShape const &shape, Pending const &pending)
   {
-    (drawAs<Shape>(shape, pending) || ...);
+    return (drawAs<Shape>(shape, pending) || ...);
   }
 
   template <class Shape>
@@ -71,27 +74,8 @@ class Dispatch
     if (pending.isNull())
       drawOne(*s);
     else
-      drawOne(mapped(*s, *pending));
+      drawOne(gf_linearImage(*s, *pending));
     return true;
-  }
-
-  /// The image under the transform, linearised at the middle of the shape where it is not linear.
-  template <class Shape>
-  static auto mapped(Shape const &shape, gx2XformBase const &xform)
-  {
-    gx2XformLinear const linear = xform.linearXform(xform.isLinear() ? gxVector<2>() : middle(shape));
-    if constexpr (requires { shape.map(linear.xform()); })
-      return shape.map(linear.xform());
-    else
-      return shape.map(linear);
-  }
-  /// Of a shape that is not finite any point will do: it is drawn nowhere.
-  static gxVector<2> middle(gxShape const &shape)
-  try {
-    gxRect const box = shape.boundingBox();
-    return box.origin() + box.size() * 0.5;
-  } catch (gxShapesError::BadGeom const &) {
-    return {};
   }
 
   template <class Shape>
@@ -140,6 +124,14 @@ class Dispatch
   gxUITablet::Layers const layer_;
 };
 }  // namespace
+
+gxVector<2> gf_middleOf(gxShape const &shape)
+try {
+  gxRect const box = shape.boundingBox();
+  return box.origin() + box.size() * 0.5;
+} catch (gxShapesError::BadGeom const &) {
+  return {};
+}
 
 void gxUITablet::draw(gxShape const &shape, gxGraphicProps const &props, Layers layer)
 {

@@ -7,6 +7,10 @@
 #include <cstddef>
 #include <memory>
 
+/// The ops of polygons, which live upstairs.
+gx_UISketchOpData *gf_makeGenPolyOp();
+gx_UISketchOpData *gf_makeWireframeOp();
+
 /// One op object for each code, made when it is first asked for and used again for every later record. Internal to
 /// playback and archives.
 class gx_SketchOpTable

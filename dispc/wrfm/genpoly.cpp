@@ -1,6 +1,7 @@
 #include "dispc/wrfm/genpoly.h"
 
 #include "dispc/wrfm/detail/genpoly.h"
+#include "dispc/wrfm/detail/polyfields.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/archive.h"
 #include "foundation/geomarchive.h"
@@ -28,6 +29,15 @@ gxSMDGDPolyVertex vertexOf(gxVector<2> const &p, double rounding, gxRadian const
 gxGenPoly::gxGenPoly() = default;
 gxGenPoly::gxGenPoly(gxGenPoly const &other)
     : gxPersistent(), gxRepBase(), gxShape(other), poly_(other.poly_), xform_(other.xform_), mutable_(other.mutable_)
+{
+}
+gxGenPoly::gxGenPoly(gxGenPoly &&other) noexcept
+    : gxPersistent(),
+      gxRepBase(),
+      gxShape(other),
+      poly_(std::move(other.poly_)),
+      xform_(other.xform_),
+      mutable_(other.mutable_)
 {
 }
 gxGenPoly::gxGenPoly(gxSMDGDPoly poly, gxXform<2> const &xform, bool isMutable)
@@ -76,31 +86,47 @@ void gxGenPoly::open()
   edit_([&] { poly_.open(); });
 }
 
-// The span stands at vertex 0, where an open outline has no use for it; it is taken back if the outline cannot close.
 void gxGenPoly::close(gxRadian const &span)
 {
+  close_(span, nullptr);
+}
+
+// An open outline has no use for what stands at vertex 0; it is taken back if the outline cannot close.
+void gxGenPoly::close_(gxRadian const &span, gxDimTol const *tol)
+{
   edit_([&] {
-    if (degen() || poly_.isClosed())
+    if (degen())
       return poly_.close();
-    gxSMDGDPolyVertex const before = poly_.vertex(0, false);
-    gxSMDGDPolyVertex first = before;
-    first.segmentAngleSpan(gxDegree(span));
-    poly_.replaceVertex(0, first);
+    gxSMDGDPolyVertex first = poly_.vertex(0, false);
+    gxDegree const spanBefore = first.segmentAngleSpan();
+    gxDimTol const tolBefore = first.segmentLengthTol();
+    if (!std::isfinite(span.value()))
+      throw gxShapesError::BadGeom();
+    if (poly_.isClosed()) {
+      first.segmentAngleSpan(gxDegree(span));
+      return poly_.replaceVertex(0, first);
+    }
+    gx_PolyFields::segment(poly_, 0, gxDegree(span), tol ? *tol : tolBefore);
     try {
       poly_.close();
     } catch (...) {
-      poly_.replaceVertex(0, before);
+      gx_PolyFields::segment(poly_, 0, spanBefore, tolBefore);
       throw;
     }
   });
 }
 
-void gxGenPoly::insertVertex(long index, gxVector<2> const &p, double rounding, gxRadian const &span)
+void gxGenPoly::insert_(long index, gxSMDGDPolyVertex const &vertex)
 {
   checkMutable_();
   if (index < -1 || index >= numVertices())
     throw gxShapesError::BadCoef();
-  edit_([&] { poly_.insertVertex(static_cast<int>(index), vertexOf(p, rounding, span)); });
+  edit_([&] { poly_.insertVertex(static_cast<int>(index), vertex); });
+}
+
+void gxGenPoly::insertVertex(long index, gxVector<2> const &p, double rounding, gxRadian const &span)
+{
+  insert_(index, vertexOf(p, rounding, span));
 }
 
 void gxGenPoly::insertVertex(gxVector<2> const &p, double rounding, gxRadian const &span)

@@ -45,6 +45,8 @@ class gxUITablet;
 ///   gxShapesError::BadGeom, but for those that map() by a rigid transform leaves editable.
 /// - `startPoint`, `endPoint`, `startAngle`, `endAngle`, `within` and `distToPoint` work in the frame of the outline;
 ///   `vertexPoint`, segments, boxes, `nearestPoint`, `decompose` and what follows from it are mapped.
+/// - What a vertex or outline has beyond points, roundings, spans and tolerances (labels, percentages, colours, the
+///   polarity of a wireframe) is not in the records of a sketch.
 /// - Errors: BadGeom for what crosses itself, is degenerate, or is not what was asked for; BadRadius for a rounding
 /// that
 ///   does not fit; BadCoef for an index. A refused edit leaves the polygon as it was.
@@ -56,7 +58,9 @@ class GX_API gxGenPoly : public gxShape
   /// Open, without vertices, editable.
   gxGenPoly();
   gxGenPoly(gxGenPoly const &);
+  gxGenPoly(gxGenPoly &&) noexcept;
   gxGenPoly &operator=(gxGenPoly const &) = default;
+  gxGenPoly &operator=(gxGenPoly &&) noexcept = default;
   ~gxGenPoly() override;
 
   // Editable.
@@ -104,7 +108,7 @@ class GX_API gxGenPoly : public gxShape
   /// segment that *ends* at the vertex, 0 for a line.
   ///@{
   void open();
-  /// @param span of the closing segment, from the last vertex to vertex 0
+  /// @param span of the closing segment, from the last vertex to vertex 0; a closed polygon gets it too
   void close(gxRadian const &span = gxRadian());
   /// The vertex becomes number @p index + 1; -1 inserts at the front.
   void insertVertex(long index, gxVector<2> const &p, double rounding, gxRadian const &span);
@@ -203,28 +207,41 @@ class GX_API gxGenPoly : public gxShape
   /// What `decompose` makes of the fillet of an uncertain rounding: the arc itself.
   virtual gxPtrHandle<gxShape> negCornerArc_(gxEllipseArc2 const &arc) const;
 
-  /// For derived classes: an edit of a vertex as a whole, and the outline itself.
-  void replaceVertex_(long index, gxSMDGDPolyVertex const &vertex);
-  gxSMDGDPoly &editPoly_() { return poly_; }
-  void isMutable_(bool on) { mutable_ = on; }
-  void checkMutable_() const;
+  /// Draws the polygon, which is in the scope's coordinates, as lines: its segments, before rounding if the properties
+  /// show vertices, and its fillets; arcs as chords. With `arrowHead` also a mark in the middle of each segment that is
+  /// not short against the others: an arrow in its direction, and a plus and a minus at its sides.
+  void drawToScope(gxGraphicProps const &props, gxUIScope &scope) const;
+  /// The same of the image of the polygon. Throws gxMathError::Singular, as map() does.
+  void drawToScope_(gxXform<2> const &xform, gxGraphicProps const &props, gxUIScope &scope) const;
 
- private:
+  /// A polygon of an outline, in its frame.
+  gxGenPoly(gxSMDGDPoly poly, gxXform<2> const &xform, bool isMutable);
+  /// For derived classes: edits of a vertex as a whole, closing with a tolerance if one is given, and the outline
+  /// itself.
+  void replaceVertex_(long index, gxSMDGDPolyVertex const &vertex);
+  void insert_(long index, gxSMDGDPolyVertex const &vertex);
+  void close_(gxRadian const &span, gxDimTol const *tol);
+  gxSMDGDPoly &editPoly_() { return poly_; }
+  void checkMutable_() const;
+  /// The outline's index of a segment. Throws BadCoef.
+  int segmentAt_(long index) const;
+  /// Runs work(), with errors of the outline remapped; the second as an edit.
   template <class Work>
   auto ask_(Work work) const;
   template <class Work>
   void edit_(Work work);
+
+ private:
+  friend class gx_GenPolyFields;
+  friend class gxUITablet;
   template <class Change>
   void changeVertex_(long index, Change change);
   int vertexAt_(long index) const;
-  /// The outline's index of a segment.
-  int segmentAt_(long index) const;
   gx2SegmentArc fillet_(long index) const;
   gx2SegmentArc arc_(long index, bool unrounded) const;
   bool hasFillet_(long index) const;
   void becomeImage_(gxXform<2> const &xform);
   void appendArc_(gx2SegmentArc const &arc);
-  gxGenPoly(gxSMDGDPoly poly, gxXform<2> const &xform, bool isMutable);
 
   gxSMDGDPoly poly_;
   gxXform<2> xform_;

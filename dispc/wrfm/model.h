@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+class gx2Wireframe;
 class gxRect;
 
 /// The whole description of a device: outlines in order, each with its weight, and a position. A model takes any
@@ -58,6 +59,8 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   gxSMDGDModel &operator<<(gxSMDGDPoly const &poly);
   /// Appends copies of all outlines that the other model, which may be this one, held before.
   gxSMDGDModel &operator<<(gxSMDGDModel const &model);
+  /// Appends the outlines inside the wireframes, in their own frames.
+  gxSMDGDModel &operator<<(std::vector<gx2Wireframe> const &wireframes);
   /// The labels of all outlines but -1, each once, in the order of their first appearance.
   std::vector<long> subModelLabels() const { return {subModelLabels_.begin(), subModelLabels_.end()}; }
   /// True if an outline is open.

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+class gx2Wireframe;
 class gxPolygon;
 class gxRect;
 
@@ -38,6 +39,18 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   static void setExtensions(gxSMDGDModel &model, double step, double fraction);
   /// A model of the closed outlines through the points of the polygons.
   static gxSMDGDModel convert(std::vector<gxPolygon> const &polygons);
+
+  /// @name Wireframes
+  /// Each with its weight, from -1 to 1; those of weight 0 are left out. Throw invalidIndex for lists that are empty or
+  /// of unequal lengths, and for a weight out of range.
+  ///@{
+  /// A model of the outlines inside, with the other direction and the weights. The lists are empty then; if it
+  /// throws, they are as they were.
+  static gxSMDGDModel weightedWireframesToModel(std::vector<gx2Wireframe> &wireframes, std::vector<double> &weights);
+  /// The maps from the frames of the outlines.
+  static std::vector<gxXform<2>> wireframeXforms(std::vector<gx2Wireframe> const &wireframes,
+                                                 std::vector<double> const &weights);
+  ///@}
 
  private:
   friend class gxSMDGDModel;

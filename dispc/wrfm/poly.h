@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+class gx2Wireframe;
 struct gx_Meeting;
 
 /// An outline of a device: an open or closed chain of vertices, joined by lines and circular arcs. A vertex may be
@@ -57,6 +58,8 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   ///@{
   /// Open and without vertices.
   explicit gxSMDGDPoly(std::string name = "poly") : gxSMDGeometricDescription(std::move(name)) {}
+  /// The outline inside a wireframe, as it is; its name, too, is kept, and the one given here is not looked at.
+  gxSMDGDPoly(gx2Wireframe const &wireframe, std::string const &name);
   gxSMDGDPoly(gxSMDGDPoly const &) = default;
   gxSMDGDPoly(gxSMDGDPoly &&) noexcept = default;
   gxSMDGDPoly &operator=(gxSMDGDPoly const &other);
@@ -295,6 +298,7 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
 
  private:
   friend class gxSMDGDPolyPrivate;
+  friend class gx_PolyFields;
   class Edit;
 
   std::size_t vertexAt_(long index, bool wrap) const
@@ -332,6 +336,8 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   void checkDimension_(int s) const;
   void rebuildLabels_();
   void checkLoaded_(gxArchive const &archive);
+  /// What is wrong with the content, but for its labels, after it came from outside; null if nothing is.
+  char const *faultOfLoaded_() const;
   bool fits_(int v, double size) const;
   /// Diagonal of the box round the vertices; 0 if there are none.
   double outlineSize_() const;

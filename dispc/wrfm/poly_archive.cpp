@@ -70,11 +70,8 @@ void gxSMDGDPoly::serialize_(gxArchive &archive, unsigned char version)
 // it unsafe.
 void gxSMDGDPoly::checkLoaded_(gxArchive const &archive)
 {
-  std::size_t const n = vertices_.size();
-  if (prevRoundPoints_.size() != n || nextRoundPoints_.size() != n || roundSpans_.size() != n)
-    archive.fail("the roundings of a poly are not as many as its vertices");
-  if (isClosed() && n < 2)
-    archive.fail("a closed poly has at least 2 vertices");
+  if (char const *const fault = faultOfLoaded_())
+    archive.fail(fault);
 
   std::vector<std::int32_t> const stored = subModelLabels_;
   rebuildLabels_();
@@ -82,14 +79,23 @@ void gxSMDGDPoly::checkLoaded_(gxArchive const &archive)
     archive.fail("the labels of a poly are not those of its vertices");
   labelsInOrder_ = stored == subModelLabels_;
   subModelLabels_ = stored;
+}
 
+char const *gxSMDGDPoly::faultOfLoaded_() const
+{
+  std::size_t const n = vertices_.size();
+  if (prevRoundPoints_.size() != n || nextRoundPoints_.size() != n || roundSpans_.size() != n)
+    return "the roundings of a poly are not as many as its vertices";
+  if (isClosed() && n < 2)
+    return "a closed poly has at least 2 vertices";
   for (gxSMDGDPolyVertex const &v : vertices_)
     if (!v.point_.isFinite() || !std::isfinite(v.vertexRadius_) || !std::isfinite(v.segmentAngleSpan_.value()))
-      archive.fail("a vertex is not finite");
+      return "a vertex is not finite";
   double const size = outlineSize_();
   for (std::size_t v = 0; v < n; ++v)
     if (!fits_(static_cast<int>(v), size))
-      archive.fail("a rounding of a poly does not fit its vertices");
+      return "a rounding of a poly does not fit its vertices";
+  return nullptr;
 }
 
 // A fillet beside an end of an outline keeps what it was given, along a whole segment, after the outline has grown.

@@ -8,6 +8,8 @@
 #include <list>
 #include <vector>
 
+class gx2Wireframe;
+class gxGenPoly;
 class gxPolygon;
 
 /// The extended interface of gxSMDGDPoly: what tools that edit and measure outlines need beyond their public face.
@@ -174,6 +176,15 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gxSMDGDPoly flip(gxSMDGDPoly const &poly);
   /// A closed outline through the points of a polygon. Throws what closing one throws.
   static gxSMDGDPoly convert(gxPolygon const &polygon);
+  ///@}
+
+  /// @name Wireframes
+  ///@{
+  /// A wireframe that holds the outline, editable and not mapped.
+  static gx2Wireframe wireframe(gxSMDGDPoly const &poly);
+  /// The outline inside a polygon, and the map from its frame.
+  static gxSMDGDPoly const &poly(gxGenPoly const &polygon);
+  static gxXform<2> const &wireframeXform(gxGenPoly const &polygon);
   ///@}
 
   /// @name Filters

@@ -1,3 +1,4 @@
+#include "dispc/wrfm/detail/segmentchords.h"
 #include "dispc/wrfm/detail/synthetic.h"
 #include "dispc/wrfm/synthetic.h"
 #include "foundation/numbers.h"
@@ -50,38 +51,6 @@ bool mayShow(gx2SegmentArc const &arc, gxPelRect const &window)
                      [&](gx2SegmentLine const &side) { return !arc.intersection(side, false).empty(); });
 }
 
-constexpr double coarsest = 5.0;  // degrees
-constexpr double sagitta = 0.05;  // pels, the farthest that a chord may lie from its arc
-constexpr long mostChords = 1'000'000;
-
-/// The greatest angle of a chord, in degrees, on an arc of a radius in pels.
-double chordAngle(double radius)
-{
-  if (!(radius > sagitta))
-    return coarsest;
-  return std::min(coarsest, gxDegree(gxRadian(2.0 * std::acos(1.0 - sagitta / radius))).value());
-}
-
-long chordCount(double chords)
-{
-  return std::min(static_cast<long>(gf_truncate(std::abs(chords))) + 1, mostChords);
-}
-
-/// Calls chord(later, earlier) for each of n chords.
-template <class PointAt, class Chord>
-void walk(gx2SegmentArc const &arc, long n, PointAt pointAt, Chord chord)
-{
-  gxDegree const step(arc.angleSpan().value() / double(n));
-  gxDegree angle = arc.startAngle();
-  Point before = pointAt(angle);
-  for (long i = 0; i < n; ++i) {
-    angle = angle + step;
-    Point const p = pointAt(angle);
-    chord(p, before);
-    before = p;
-  }
-}
-
 bool isFinite(gx2SegmentArc const &arc)
 {
   Point const p = arc.p1(), q = arc.p2(), c = arc.center();
@@ -99,9 +68,8 @@ void drawArcPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXform<2> const &xf
     return;
   Extents const extents{minX, maxX, minY, maxY};
   auto const value = static_cast<unsigned char>(colour);
-  double const step = chordAngle(image.radius(gxDegree(0)));
-  walk(
-      arc, chordCount(arc.angleSpan().value() / step), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
+  gf_walkChords(
+      arc, gf_chordCount(arc, image), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
       [&](Point const &q, Point const &before) {
         if (!smooth)
           extents.add(q);
@@ -119,8 +87,9 @@ void drawHorizontalExtentsPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXfor
     return;
   Extents const extents{minX, maxX, minY, maxY};
   auto const value = static_cast<unsigned char>(colour);
-  walk(
-      arc, chordCount(arc.angleSpan().value() * (1.0 / coarsest)), [&](gxDegree a) { return arc.arcPoint(a); },
+  gf_walkChords(
+      arc, gf_chordCount(arc.angleSpan().value() * (1.0 / gf_coarsestChord)),
+      [&](gxDegree a) { return arc.arcPoint(a); },
       [&](Point const &p, Point const &before) {
         extents.add(xform.mapPoint(p));
         if (p == before)

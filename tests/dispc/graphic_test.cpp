@@ -117,7 +117,7 @@ TEST_P(EveryGraphic, IsMadeInOneAllocation)
   gxXform<2> const turn(gxMatrix<2>(0, -2, 2, 0), gxVector<2>(30, 40));
   std::string const name = GetParam().name;
   bool const isList = name.find("Poly") + 1 || name.find("Set") + 1 || name.find("Spline") + 1 ||
-                      name.find("Bezier") + 1 || name == "gxGraphicGroup";
+                      name.find("Bezier") + 1 || name.find("Wireframe") + 1 || name == "gxGraphicGroup";
   long const before = allocations;
   gxPtrHandle<gxGraphic> const copy = GetParam().graphic->clone();
   long const between = allocations;
@@ -231,6 +231,7 @@ TEST(Factory, TheFirstFittingClassDecides)
     check(dynamic_cast<gxGraphicWithFill<gxGenRect, gxGenRect> const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxGenAnnulus> const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxPolyline> const *>(g));
+    check(dynamic_cast<gxGraphicSimple<gxGenPoly> const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxAffineRectangle> const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxBezierCurve> const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxDeBoorSpline> const *>(g));
@@ -240,6 +241,9 @@ TEST(Factory, TheFirstFittingClassDecides)
     check(dynamic_cast<gxGraphicEllipseAnnulusSection const *>(g));
     check(dynamic_cast<gxGraphicSimple<gxLineSegSet> const *>(g));
   }
+  gxGenPoly const square(gxRect({1, 2}, gxVector<2>(5, 6)));
+  EXPECT_EQ(stored(gxGraphic::makeShapeGraphic(gx2Wireframe(square), props)),
+            stored(gxPtrHandle<gxGraphic>(new gxGraphicSimple<gxGenPoly>(square, props))));
   EXPECT_TRUE(gxGraphic::makeShapeGraphic(static_cast<gxShape const *>(nullptr), props).isNull());
   EXPECT_TRUE(gxGraphic::makeShapeGraphic(gxPtrHandle_const<gxShape>(), props).isNull());
 }

@@ -80,6 +80,8 @@ inline std::vector<GraphicCase> allGraphics()
       simpleCase("gxGraphicSimple<gxAffineRectangle>", gxAffineRectangle({1, 1}, {6, 2}, {2, 7})),
       simpleCase("gxGraphicSimple<gxPolyline>", gxPolyline(zigzag, true)),
       simpleCase("gxGraphicSimple<gxPolygon>", gxPolygon(zigzag)),
+      simpleCase("gxGraphicSimple<gxGenPoly>", gxGenPoly(gxRect({1, 2}, gxVector<2>(5, 6)))),
+      simpleCase("gxGraphicSimple<gx2Wireframe>", gx2Wireframe(gxGenPoly(gxCircle({5, 5}, 3)), gxDimTol(-1, 1, 99))),
       simpleCase("gxGraphicSimple<gxLineSegSet>", gxLineSegSet({gxLineSeg({1, 2}, {3, 4}), gxLineSeg({5, 1}, {2, 8})})),
       simpleCase("gxGraphicSimple<gxBezierCurve>", gxBezierCurve(zigzag, {1, 1, 1, 1})),
       simpleCase("gxGraphicSimple<gxFLine>", gxFLine(gxDegree(30), {3, 4})),

@@ -1,6 +1,7 @@
 #include "tests/support/opvariants.h"
 
 #include "dispc/sketchop_text.h"
+#include "dispc/wrfm/wirefrm.h"
 #include "foundation/affinerect.h"
 #include "foundation/annulus.h"
 #include "foundation/bezier.h"
@@ -135,6 +136,25 @@ gxEllipse ellipse(OpRandom &r)
 {
   gxEllipse const upright(r.vector(), r.sizes(), gxRadian(r.angle()));
   return r.flag() ? upright : upright.map(gxXform<2>(gxMatrix<2>(-1, 0, 0, 1), gxVector<2>()));  // reversed
+}
+
+/// An outline with everything that a record of it can hold: roundings, also uncertain ones, arcs, tolerances, open or
+/// closed, mapped or not, and now and then of two vertices, one or none.
+gx2Wireframe outline(OpRandom &r)
+{
+  gx2Wireframe w;
+  gxVector<2> const at = r.vector(), size = r.sizes();
+  double const least = std::min(size.x(), size.y()), rounding = 0.1 * least * static_cast<double>(r.below(4) - 1);
+  std::array<gxVector<2>, 4> const steps = {gxVector<2>(), {size.x(), 0}, size, {0, size.y()}};
+  for (long n = r.below(5) == 0 ? r.below(3) : 4, i = 0; i < n; ++i)
+    w.insertVertex(at + steps[static_cast<std::size_t>(i)], rounding, gxDegree(i == 2 && r.flag() ? 30.0 : 0.0),
+                   r.flag() ? gxDimTol(kUnsetDim, 0.1, 1000) : gxDimTol());
+  if (w.numVertices() == 4 && r.flag())
+    w.close(gxDegree(r.flag() ? -20.0 : 0.0), gxDimTol());
+  double const turn = r.angle();
+  if (r.flag())
+    w = w.map(gxXform<2>(gxMatrix<2>(gxRadian(turn), gxRadian(turn + 0.2), 1.5, 0.5), gxVector<2>(1, 2)));
+  return w;
 }
 
 gxGenRect genRect(OpRandom &r, gxVector<2> const &rounding)
@@ -532,6 +552,13 @@ std::vector<OpVariant> curves()
        [](gxUITablet &t, OpRandom &r, Layers layer) { drawShape(t, r, layer, r.text()); }},
       {"large shape of a client", gx_SketchCode::genShape,
        [](gxUITablet &t, OpRandom &r, Layers layer) { drawShape(t, r, layer, std::string(1000, 'x')); }},
+      {"outline", gx_SketchCode::genPoly,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxGenPoly const polygon = outline(r);
+         gxGraphicProps props = r.props();
+         props.showVertex(false);
+         t.draw(polygon, props, layer);
+       }},
       {"text of 16-bit units", gx_SketchCode::unicodeString, drawUnicode},
       {"cross", gx_SketchCode::cross,
        [](gxUITablet &t, OpRandom &r, Layers layer) {
@@ -539,7 +566,17 @@ std::vector<OpVariant> curves()
          double const angle = r.angle();
          t.draw(gxCross(center, gxRadian(angle), r.below(30) - 5), r.props(), layer);
        }},
+      {"outline with vertices", gx_SketchCode::genPolyVertices,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gxGenPoly const polygon = outline(r);
+         t.draw(polygon, r.color(), layer, true);
+       }},
       {"section, with flags", gx_SketchCode::ellipseAnnulusSectionFlags, drawSection<false>},
+      {"wireframe", gx_SketchCode::wireframe,
+       [](gxUITablet &t, OpRandom &r, Layers layer) {
+         gx2Wireframe const wireframe = outline(r);
+         t.draw(wireframe, r.props(), layer);
+       }},
       {"curve", gx_SketchCode::bezierCurve,
        [](gxUITablet &t, OpRandom &r, Layers layer) { t.draw(bezier(r), r.props(), layer); }},
       {"spline", gx_SketchCode::cubicSpline,

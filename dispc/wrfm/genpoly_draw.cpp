@@ -1,0 +1,164 @@
+#include "dispc/dispprop.h"
+#include "dispc/uiscope.h"
+#include "dispc/wrfm/arc.h"
+#include "dispc/wrfm/detail/genpoly.h"
+#include "dispc/wrfm/detail/polyfields.h"
+#include "dispc/wrfm/detail/segmentchords.h"
+#include "dispc/wrfm/genpoly.h"
+#include "dispc/wrfm/polyprivate.h"
+#include "foundation/matherror.h"
+#include "foundation/rigid.h"
+
+#include <algorithm>
+#include <cmath>
+
+// The polygon on a scope, as single lines.
+
+namespace
+{
+
+using Private = gxSMDGDPolyPrivate;
+
+/// The strokes of one drawing, all through one segment.
+class Strokes
+{
+ public:
+  Strokes(gxGraphicProps const &props, gxUIScope &scope) : props_(props), scope_(scope) {}
+
+  void line(gxVector<2> const &from, gxVector<2> const &to)
+  {
+    stroke_.start(from);
+    stroke_.end(to);
+    scope_.draw(stroke_, props_);
+  }
+  void arc(gx2SegmentArc const &arc, gxXform<2> const &xform)
+  {
+    gf_walkChords(
+        arc, gf_chordCount(arc, xform * arc), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
+        [this](gxVector<2> const &p, gxVector<2> const &before) { line(p, before); });
+  }
+
+ private:
+  gxGraphicProps const &props_;
+  gxUIScope &scope_;
+  gxLineSeg stroke_;
+};
+
+/// The two angles of the matrix are a right angle or more apart: it mirrors.
+bool mirrors(gxMatrix<2> const &m)
+{
+  return std::abs(gxDegree(m.yRot() - m.xRot()).signedNorm().value()) >= 90.0;
+}
+
+/// The marks that tell the direction of an outline, and its positive and negative side.
+class Marks
+{
+ public:
+  Marks(gxSMDGDPoly const &poly, gxXform<2> const &xform, Strokes &strokes)
+      : poly_(poly), xform_(xform), strokes_(strokes), mirrored_(mirrors(xform.matrix()))
+  {
+  }
+
+  void draw()
+  {
+    long const n = poly_.numVertices(), pairs = poly_.isOpen() ? n - 1 : n;
+    double longest = 0.0;
+    for (long v = 0; v < pairs; ++v)
+      longest = std::max(longest, point(v).distance(point(v + 1)));
+    for (int v = 0; v < n; ++v) {
+      int const s = Private::previousSegmentIndex_(poly_, v);
+      if (s != -1 && point(v - 1).distance(point(v)) >= 0.2 * longest)
+        drawOne(s, 0.08 * longest);
+    }
+  }
+
+ private:
+  gxVector<2> point(long v) const { return xform_.mapPoint(poly_.vertex(v, true).point()); }
+
+  /// Where the middle of the rounded segment lies, and its direction there.
+  gx2Rigid place(int s) const
+  {
+    gxVector<2> at;
+    gxDegree direction;
+    if (Private::isLineSegment_(poly_, s)) {
+      gx2SegmentLine const line = Private::roundedLineSegment_(poly_, s);
+      gxVector<2> const from = xform_.mapPoint(line.p1()), to = xform_.mapPoint(line.p2());
+      at = (from + to) * 0.5;
+      direction = (to - from).angle();
+    } else {
+      gx2SegmentArc const arc = Private::roundedArcSegment_(poly_, s);
+      at = xform_.mapPoint(arc.midPoint());
+      direction = xform_.mapAngle(arc.midDirection());
+    }
+    if (poly_.isDirectionReversed())
+      direction = direction + gxDegree(180.0);
+    return gx2Rigid(direction, at);
+  }
+
+  void drawOne(int s, double size)
+  {
+    gx2Rigid const frame = place(s);
+    auto const at = [&](double x, double y) { return frame * gxVector<2>(x, mirrored_ ? -y : y); };
+    gxVector<2> const a = at(-size, size), b = at(-size, -size), plus = at(0.0, -size), minus = at(0.0, size);
+    gxVector<2> const across(0.3 * size, 0.0), down(0.0, 0.3 * size);
+    strokes_.line(frame.translation(), b);
+    strokes_.line(frame.translation(), a);
+    strokes_.line(plus - across, plus + across);
+    strokes_.line(plus - down, plus + down);
+    strokes_.line(minus - across, minus + across);
+  }
+
+  gxSMDGDPoly const &poly_;
+  gxXform<2> const &xform_;
+  Strokes &strokes_;
+  bool const mirrored_;
+};
+
+/// The segments in order. Lines are read from the fields: neighbours share the image of a sharp vertex.
+void drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unrounded, Strokes &strokes)
+{
+  auto const &vertices = gx_PolyFields::vertices(poly);
+  auto const &starts = gx_PolyFields::nextRoundPoints(poly), &ends = gx_PolyFields::prevRoundPoints(poly);
+  std::size_t const n = vertices.size();
+  gxVector<2> last, image;
+  bool known = false;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(poly.numSegments()); ++i) {
+    std::size_t const s = i + 1 == n ? 0 : i + 1;
+    if (int const index = static_cast<int>(s); !Private::isLineSegment_(poly, index)) {
+      strokes.arc(unrounded ? Private::arcSegment_(poly, index) : Private::roundedArcSegment_(poly, index), xform);
+      known = false;
+      continue;
+    }
+    gxVector<2> const &from = unrounded ? vertices[i].point() : starts[i];
+    gxVector<2> const &to = unrounded ? vertices[s].point() : ends[s];
+    gxVector<2> const start = known && last == from ? image : xform.mapPoint(from);
+    last = to;
+    image = xform.mapPoint(to);
+    known = true;
+    strokes.line(start, image);
+  }
+}
+
+}  // namespace
+
+void gxGenPoly::drawToScope(gxGraphicProps const &props, gxUIScope &scope) const
+{
+  drawToScope_(gxXform<2>(), props, scope);
+}
+
+void gxGenPoly::drawToScope_(gxXform<2> const &xform, gxGraphicProps const &props, gxUIScope &scope) const
+{
+  if (!xform.isIdentity() && xform.matrix().det() == 0.0)
+    throw gxMathError::Singular();
+  gxXform<2> const image = xform * xform_;
+  Strokes strokes(props, scope);
+  ask_([&] {
+    drawSegments(poly_, image, props.showVertex(), strokes);
+    if (props.arrowHead())
+      Marks(poly_, image, strokes).draw();
+    for (int v = 0; v < numVertices(); ++v) {
+      if (hasFillet_(v))
+        strokes.arc(Private::roundedArcVertex_(poly_, v), image);
+    }
+  });
+}

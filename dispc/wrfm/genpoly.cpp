@@ -310,12 +310,18 @@ double gxGenPoly::distToPoint(gxVector<2> const &p) const
   return ask_([&] { return Private::distToPoint(poly_, p); });
 }
 
+void gxGenPoly::checkMap_(gxXform<2> const &xform)
+{
+  double const det = xform.matrix().det();
+  if (det == 0.0 || !std::isfinite(det))
+    throw gxMathError::Singular();
+}
+
 gxGenPoly gxGenPoly::map(gxXform<2> const &xform) const
 {
   if (xform.isIdentity())
     return *this;
-  if (xform.matrix().det() == 0.0)
-    throw gxMathError::Singular();
+  checkMap_(xform);
   return {poly_, xform * xform_, false};
 }
 

@@ -237,6 +237,7 @@ class GX_API gxGenPoly : public gxShape
   template <class Change>
   void changeVertex_(long index, Change change);
   int vertexAt_(long index) const;
+  static void checkMap_(gxXform<2> const &xform);
   gx2SegmentArc fillet_(long index) const;
   gx2SegmentArc arc_(long index, bool unrounded) const;
   bool hasFillet_(long index) const;

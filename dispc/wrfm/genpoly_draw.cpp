@@ -6,7 +6,6 @@
 #include "dispc/wrfm/detail/segmentchords.h"
 #include "dispc/wrfm/genpoly.h"
 #include "dispc/wrfm/polyprivate.h"
-#include "foundation/matherror.h"
 #include "foundation/rigid.h"
 
 #include <algorithm>
@@ -148,8 +147,7 @@ void gxGenPoly::drawToScope(gxGraphicProps const &props, gxUIScope &scope) const
 
 void gxGenPoly::drawToScope_(gxXform<2> const &xform, gxGraphicProps const &props, gxUIScope &scope) const
 {
-  if (!xform.isIdentity() && xform.matrix().det() == 0.0)
-    throw gxMathError::Singular();
+  checkMap_(xform);
   gxXform<2> const image = xform * xform_;
   Strokes strokes(props, scope);
   ask_([&] {

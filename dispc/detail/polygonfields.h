@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <utility>
-#include <vector>
 
 /// @file
 /// The payload of polygons and wireframes, as dispc/detail/uisketch_fields.h has it of other shapes. The roundings are
@@ -41,12 +40,8 @@ void gf_describe(Io &io, gx_Field<Io, gxSMDGDPolyVertex> &vertex)
   io("radius", radius);
   io("span", span);
   io("tolerance", tol);
-  if constexpr (Io::reads) {
-    vertex.point(point);
-    vertex.vertexRadius(radius);
-    vertex.segmentAngleSpan(gxDegree(span));
-    vertex.segmentLengthTol(tol);
-  }
+  if constexpr (Io::reads)
+    gx_PolyFields::fill(vertex, point, radius, span, tol);
 }
 
 /// Tells the fields of a polygon, and puts it together where they come in.
@@ -62,9 +57,13 @@ class gx_GenPolyFields
     io("mutable", isMutable);
     auto const n = static_cast<std::size_t>(io.count("vertices", polygon.numVertices(), gf_polygonVertexBytes));
     if constexpr (Io::reads) {
-      gx_PolyFields::Content content{std::vector<gxSMDGDPolyVertex>(n), points(n), points(n), std::vector<double>(n)};
-      auto isOpen = each(io, content.vertices, content.prevRoundPoints, content.nextRoundPoints, content.roundSpans,
-                         std::int32_t());
+      gx_PolyFields::Content content = gx_PolyFields::take(polygon.poly_);
+      content.vertices.resize(n);
+      content.prevRoundPoints.resize(n);
+      content.nextRoundPoints.resize(n);
+      content.roundSpans.resize(n);
+      auto const isOpen = each(io, content.vertices, content.prevRoundPoints, content.nextRoundPoints,
+                               content.roundSpans, std::int32_t());
       content.isOpen = isOpen != 0;
       gx_PolyFields::refill(polygon.poly_, std::move(content));
       polygon.xform_ = xform;
@@ -79,8 +78,6 @@ class gx_GenPolyFields
   }
 
  private:
-  static std::vector<gxVector<2>> points(std::size_t n) { return std::vector<gxVector<2>>(n); }
-
   template <class Io, class Vertices, class Points, class Spans>
   static std::int32_t each(Io &io, Vertices &vertices, Points &prev, Points &next, Spans &spans, std::int32_t isOpen)
   {

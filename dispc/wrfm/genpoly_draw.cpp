@@ -9,6 +9,7 @@
 #include "foundation/rigid.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 // The polygon on a scope, as single lines.
@@ -18,7 +19,8 @@ namespace
 
 using Private = gxSMDGDPolyPrivate;
 
-/// The strokes of one drawing, all through one segment.
+/// The strokes of one drawing, all through one segment. They go out a few at a time: a point that has just been mapped
+/// is slow to copy, as its halves are still on their way to memory.
 class Strokes
 {
  public:
@@ -26,21 +28,36 @@ class Strokes
 
   void line(gxVector<2> const &from, gxVector<2> const &to)
   {
-    stroke_.start(from);
-    stroke_.end(to);
-    scope_.draw(stroke_, props_);
+    waiting_[size_] = {from, to};
+    if (++size_ == waiting_.size())
+      flush();
   }
   void arc(gx2SegmentArc const &arc, gxXform<2> const &xform)
   {
-    gf_walkChords(
-        arc, gf_chordCount(arc, xform * arc), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
-        [this](gxVector<2> const &p, gxVector<2> const &before) { line(p, before); });
+    gf_turnChords(arc, gf_chordCount(arc, xform * arc), xform,
+                  [this](gxVector<2> const &p, gxVector<2> const &before) { line(p, before); });
+  }
+  /// Draws what still waits.
+  void flush()
+  {
+    for (std::size_t i = 0; i < size_; ++i) {
+      stroke_.start(waiting_[i].from);
+      stroke_.end(waiting_[i].to);
+      scope_.draw(stroke_, props_);
+    }
+    size_ = 0;
   }
 
  private:
+  struct Ends {
+    gxVector<2> from, to;
+  };
+
   gxGraphicProps const &props_;
   gxUIScope &scope_;
   gxLineSeg stroke_;
+  std::array<Ends, 32> waiting_;
+  std::size_t size_ = 0;
 };
 
 /// The two angles of the matrix are a right angle or more apart: it mirrors.
@@ -113,29 +130,26 @@ class Marks
   bool const mirrored_;
 };
 
-/// The segments in order. Lines are read from the fields: neighbours share the image of a sharp vertex.
-void drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unrounded, Strokes &strokes)
+/// The segments in order. The ends of lines are read from the fields. True if a vertex has a radius.
+bool drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unrounded, Strokes &strokes)
 {
   auto const &vertices = gx_PolyFields::vertices(poly);
-  auto const &starts = gx_PolyFields::nextRoundPoints(poly), &ends = gx_PolyFields::prevRoundPoints(poly);
-  std::size_t const n = vertices.size();
-  gxVector<2> last, image;
-  bool known = false;
-  for (std::size_t i = 0; i < static_cast<std::size_t>(poly.numSegments()); ++i) {
+  gxVector<2> const *const starts = gx_PolyFields::nextRoundPoints(poly).data();
+  gxVector<2> const *const ends = gx_PolyFields::prevRoundPoints(poly).data();
+  std::size_t const n = vertices.size(), segments = static_cast<std::size_t>(poly.numSegments());
+  bool isRounded = false;  // vertex 0 of an open outline, which no segment ends at, has no fillet
+  for (std::size_t i = 0; i < segments; ++i) {
     std::size_t const s = i + 1 == n ? 0 : i + 1;
-    if (int const index = static_cast<int>(s); !Private::isLineSegment_(poly, index)) {
-      strokes.arc(unrounded ? Private::arcSegment_(poly, index) : Private::roundedArcSegment_(poly, index), xform);
-      known = false;
-      continue;
-    }
-    gxVector<2> const &from = unrounded ? vertices[i].point() : starts[i];
-    gxVector<2> const &to = unrounded ? vertices[s].point() : ends[s];
-    gxVector<2> const start = known && last == from ? image : xform.mapPoint(from);
-    last = to;
-    image = xform.mapPoint(to);
-    known = true;
-    strokes.line(start, image);
+    if (vertices[s].segmentAngleSpan().value() == 0.0 || Private::isLineSegment_(poly, static_cast<int>(s)))
+      strokes.line(xform.mapPoint(unrounded ? vertices[i].point() : starts[i]),
+                   xform.mapPoint(unrounded ? vertices[s].point() : ends[s]));
+    else
+      strokes.arc(unrounded ? Private::arcSegment_(poly, static_cast<int>(s))
+                            : Private::roundedArcSegment_(poly, static_cast<int>(s)),
+                  xform);
+    isRounded |= vertices[s].vertexRadius() != 0.0;
   }
+  return isRounded;
 }
 
 }  // namespace
@@ -151,12 +165,12 @@ void gxGenPoly::drawToScope_(gxXform<2> const &xform, gxGraphicProps const &prop
   gxXform<2> const image = xform * xform_;
   Strokes strokes(props, scope);
   ask_([&] {
-    drawSegments(poly_, image, props.showVertex(), strokes);
+    bool const isRounded = drawSegments(poly_, image, props.showVertex(), strokes);
     if (props.arrowHead())
       Marks(poly_, image, strokes).draw();
-    for (int v = 0; v < numVertices(); ++v) {
+    for (int v = 0; isRounded && v < numVertices(); ++v)
       if (hasFillet_(v))
         strokes.arc(Private::roundedArcVertex_(poly_, v), image);
-    }
+    strokes.flush();
   });
 }

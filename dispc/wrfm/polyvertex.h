@@ -91,6 +91,7 @@ class GX_API gxSMDGDPolyVertex : public gxSMDGeometricDescription
  private:
   friend class gxSMDGDPoly;
   friend class gxSMDGDPolyPrivate;
+  friend class gx_PolyFields;
 
   gxVector<2> point_;
   double vertexRadius_ = 0.0;

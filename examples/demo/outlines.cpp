@@ -1,8 +1,7 @@
-#include "dispc/uitablet.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "examples/demo/pages.h"
+#include "examples/demo/sheet.h"
 #include "foundation/ellipsearc.h"
-#include "foundation/lineseg.h"
 
 #include <cstdio>
 
@@ -35,51 +34,25 @@ Poly device()
   return poly;
 }
 
-/// Draws on a surface of 640 x 480, in panels with scales of their own.
-class Sheet
+/// The rounded outline, piece by piece. Fillets in another color, uncertain ones in a third.
+void drawOutline(Sheet &sheet, Poly const &poly, gxColor const &color, long width)
 {
- public:
-  Sheet()
-  {
-    tablet.visible(true);
-    tablet.set(gxColor(24, 24, 32), gxUITablet::image);
-    tablet.recordOn() = true;
-  }
-  void panel(gxVector<2> const &origin, double scale)
-  {
-    tablet.baseMap(gxXform<2>(gxMatrix<2>(scale, 0, 0, scale), origin));
-  }
-  void line(gxVector<2> const &a, gxVector<2> const &b, gxGraphicProps const &pen)
-  {
-    tablet.draw(gxLineSeg(a, b), pen, overlay);
-  }
-  void text(std::string const &words, gxVector<2> const &at, gxColor const &color, gxUIFormat::Alignment alignment)
-  {
-    tablet.draw(words, at, color, gxColor::passColor(), gxUIFormat(alignment), overlay);
-  }
-  /// The rounded outline, piece by piece. Fillets in another color, uncertain ones in a third.
-  void outline(Poly const &poly, gxColor const &color, long width)
-  {
-    for (int v = 0; v < poly.numVertices(); ++v) {
-      gxGraphicProps const pen(color, width, gxGraphicProps::penSolid, false);
-      if (Private::previousSegmentIndex_(poly, v) != -1) {
-        if (Private::isLineSegment_(poly, v))
-          tablet.draw(Private::roundedLineSegment_(poly, v).lineSeg(), pen, overlay);
-        else
-          tablet.draw(Private::roundedArcSegment_(poly, v).ellipseArc(), pen, overlay);
-      }
-      if (Private::vertexIsRounded_(poly, v) && !Private::isEndVertex(poly, v)) {
-        bool const uncertain = poly.vertex(v, false).vertexRadius() < 0.0;
-        gxColor const fillet = uncertain ? gxColor::redColor() : gxColor::yellowColor();
-        tablet.draw(Private::roundedArcVertex_(poly, v).ellipseArc(),
-                    gxGraphicProps(fillet, width, gxGraphicProps::penSolid, false), overlay);
-      }
+  for (int v = 0; v < poly.numVertices(); ++v) {
+    gxGraphicProps const pen(color, width, gxGraphicProps::penSolid, false);
+    if (Private::previousSegmentIndex_(poly, v) != -1) {
+      if (Private::isLineSegment_(poly, v))
+        sheet.tablet.draw(Private::roundedLineSegment_(poly, v).lineSeg(), pen, overlay);
+      else
+        sheet.tablet.draw(Private::roundedArcSegment_(poly, v).ellipseArc(), pen, overlay);
+    }
+    if (Private::vertexIsRounded_(poly, v) && !Private::isEndVertex(poly, v)) {
+      bool const uncertain = poly.vertex(v, false).vertexRadius() < 0.0;
+      gxColor const fillet = uncertain ? gxColor::redColor() : gxColor::yellowColor();
+      sheet.tablet.draw(Private::roundedArcVertex_(poly, v).ellipseArc(),
+                        gxGraphicProps(fillet, width, gxGraphicProps::penSolid, false), overlay);
     }
   }
-
-  gxPelSurface surface{640, 480};
-  gxUITablet tablet{&surface.imageScope(), &surface.overlayScope()};
-};
+}
 
 /// A dimension line beside each segment with a tolerance: its limits are marks before and behind the end.
 void drawTolerances(Sheet &sheet, Poly const &poly)
@@ -131,7 +104,7 @@ bool showRefusal(Sheet &sheet, double top, int index, gxSMDGDPolyVertex const &v
                                     gxDegree(-90), gxDegree(90))
                           .ellipseArc(),
                       dashed, overlay);
-  sheet.outline(poly, gxColor::greenColor(), 2);
+  drawOutline(sheet, poly, gxColor::greenColor(), 2);
   sheet.panel({345, top}, 1.0);
   sheet.text(what, {0, 92}, gxColor::whiteColor(), gxUIFormat::topLeft);
   sheet.text(refusal, {0, 106}, gxColor::redColor(), gxUIFormat::topLeft);
@@ -147,7 +120,7 @@ void outlinesChapter(Pages &pages)
       "outlines", "an outline with fillets and tolerances, and edits that it refuses", sheet.surface,
       &sheet.tablet.sketch(), [&] {
         sheet.panel({24, 80}, 11.0);
-        sheet.outline(device(), gxColor::greenColor(), 2);
+        drawOutline(sheet, device(), gxColor::greenColor(), 2);
         drawTolerances(sheet, device());
         sheet.panel({24, 80}, 1.0);
         sheet.text("fillets in yellow, an uncertain one in red", {0, 240}, gxColor::greyColor(), gxUIFormat::topLeft);

@@ -48,5 +48,8 @@ void graphicsChapter(Pages &pages);
 /// The outline of a device with fillets and tolerances, and edits that it refuses.
 void outlinesChapter(Pages &pages);
 
+/// A device as a model: its outlines as wireframes, parts of it, a flipped and scaled copy, extensions.
+void modelChapter(Pages &pages);
+
 /// A picture at many scales, icons, and labels over a picture.
 void imagesChapter(Pages &pages);

@@ -24,6 +24,25 @@ class gx_PolyFields
     std::vector<double> roundSpans;
     bool isOpen = true;
   };
+  /// The content, for its memory: the outline is open and empty then.
+  static Content take(gxSMDGDPoly &poly)
+  {
+    Content content{std::move(poly.vertices_), std::move(poly.prevRoundPoints_), std::move(poly.nextRoundPoints_),
+                    std::move(poly.roundSpans_)};
+    poly.reInit();
+    return content;
+  }
+  /// All fields of a vertex, unasked; those that are not named have their start values.
+  static void fill(gxSMDGDPolyVertex &v, gxVector<2> const &point, double radius, double span, gxDimTol const &tol)
+  {
+    v.point_ = point;
+    v.vertexRadius_ = radius;
+    v.segmentAngleSpan_ = gxDegree(span);
+    v.percentPrevSegment_ = v.percentNextSegment_ = 0.5;
+    v.subModelLabel_ = -1;
+    v.segmentLengthTol_ = tol;
+    v.forwardPercExtension_ = v.backwardPercExtension_ = 0.0;
+  }
   /// Takes the content as it is; no vertex may have a label. All else stays.
   static void refill(gxSMDGDPoly &poly, Content &&content)
   {

@@ -49,3 +49,21 @@ void gf_walkChords(gx2SegmentArc const &arc, long n, PointAt pointAt, Chord chor
     before = p;
   }
 }
+
+/// The same for the image of a circular arc, by turning a radius from chord to chord: faster, and off by no more than a
+/// rounding error for each chord before.
+template <class Chord>
+void gf_turnChords(gx2SegmentArc const &arc, long n, gxXform<2> const &xform, Chord chord)
+{
+  gxRadian const step = gxDegree(arc.angleSpan().value() / double(n));
+  double const c = std::cos(step.value()), s = std::sin(step.value());
+  gxVector<2> const center = arc.center();
+  gxVector<2> radius = arc.p1() - center;
+  gxVector<2> before = xform.mapPoint(center + radius);
+  for (long i = 0; i < n; ++i) {
+    radius = gxVector<2>(radius.x() * c - radius.y() * s, radius.x() * s + radius.y() * c);
+    gxVector<2> const p = xform.mapPoint(center + radius);
+    chord(p, before);
+    before = p;
+  }
+}

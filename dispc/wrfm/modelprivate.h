@@ -20,6 +20,8 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   static gx2Rigid normalizedPosition(gxSMDGDModel const &model);
   /// Equal outlines in equal order, wherever they lie.
   static bool equivalent(gxSMDGDModel const &a, gxSMDGDModel const &b);
+  /// The mean of those of the outlines (gxSMDGDPolyPrivate::dominantAngle()), by their perimeters.
+  static gxDegree dominantAngle(gxSMDGDModel const &model);
   static double perimeter(gxSMDGDModel const &model, double minLength) { return model.perimeter_(minLength); }
   /// How many probes fit on the outlines with a weight above 0, a @p spacing apart, each outline seen through
   /// @p xform * @p perPoly of its index. Throws invalidIndex unless there is one transform for each outline.

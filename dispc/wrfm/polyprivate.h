@@ -178,6 +178,43 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gxSMDGDPoly convert(gxPolygon const &polygon);
   ///@}
 
+  /// @name Right angles
+  /// Outlines whose segments are lines along two axes at right angles. Edits succeed or leave the outline as it was;
+  /// they throw what its own edits throw.
+  ///@{
+  /// How far the axes of the outline are turned, within 45 degrees of 0: the mean over its chords, by their lengths. 0
+  /// for fewer than 2 vertices.
+  static gxDegree dominantAngle(gxSMDGDPoly const &poly);
+  /// True if all segments run along x or y, up to 1e-15.
+  static bool isRectilinear(gxSMDGDPoly const &poly);
+  /// True if it is a sharp, closed rectangle along x and y, with equal tolerances on opposite sides.
+  static bool isRectangular(gxSMDGDPoly const &poly);
+  using gxSMDGDPoly::rectangle;
+  /// Its box if it is rectangular, else empty.
+  static gxRect rectangle(gxSMDGDPoly const &poly);
+  /// The dimension of a rectangle along x (@p dim 0) or y; the default one if the outline is none.
+  static gxSMDDimension rectDim(gxSMDGDPoly const &poly, long dim);
+  static gxSMDDimension rectLength(gxSMDGDPoly const &poly) { return rectDim(poly, 0); }
+  static gxSMDDimension rectWidth(gxSMDGDPoly const &poly) { return rectDim(poly, 1); }
+  /// Resizes a rectangle about its centre, and gives the two sides the tolerance. Other outlines stay as they are.
+  /// Throws gxShapesError::BadGeom for a dimension without a nominal.
+  static void rectDim(gxSMDGDPoly &poly, long dim, gxSMDDimension const &value);
+  static void rectLength(gxSMDGDPoly &poly, gxSMDDimension const &value) { rectDim(poly, 0, value); }
+  static void rectWidth(gxSMDGDPoly &poly, gxSMDDimension const &value) { rectDim(poly, 1, value); }
+  /// Makes a nearly rectilinear outline exact, about its dominant angle: each vertex gives way by half of the error of
+  /// each of its segments, arcs become lines, and a closed outline of an odd number of vertices gets one more. Colours
+  /// and weight become the default ones. What is rectilinear stays as it is.
+  static void snapRectilinear(gxSMDGDPoly &poly);
+  /// Closes the outline with right angles at its end: an odd number of vertices gets one more, of an even one the last
+  /// moves.
+  static void closeRectilinear(gxSMDGDPoly &poly);
+  /// Replaces a vertex, and moves its neighbours so that segments along an axis stay so.
+  static void replaceVertexRectilinear(gxSMDGDPoly &poly, long index, gxSMDGDPolyVertex const &v);
+  /// Sets the tolerance on every segment, with its length as the nominal. Vertex 0 of an open outline, where no segment
+  /// ends, gets it as it is.
+  static void autoSegmentLengthTolerance(gxSMDGDPoly &poly, gxDimTol const &tol);
+  ///@}
+
   /// @name Wireframes
   ///@{
   /// A wireframe that holds the outline, editable and not mapped.

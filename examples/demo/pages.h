@@ -51,5 +51,8 @@ void outlinesChapter(Pages &pages);
 /// A device as a model: its outlines as wireframes, parts of it, a flipped and scaled copy, extensions.
 void modelChapter(Pages &pages);
 
+/// A nearly rectilinear outline before and after snapping.
+void rectilinearChapter(Pages &pages);
+
 /// A picture at many scales, icons, and labels over a picture.
 void imagesChapter(Pages &pages);

@@ -68,7 +68,7 @@ class gx_GenPolyFields
       gx_PolyFields::refill(polygon.poly_, std::move(content));
       polygon.xform_ = xform;
       polygon.mutable_ = isMutable != 0;
-      io.require(!io.version0() || !gx_PolyFields::fault(polygon.poly_));
+      io.require(!io.version0() || (!gx_PolyFields::fault(polygon.poly_) && !polygon.faultOfLoaded_()));
     } else {
       gxSMDGDPoly const &poly = polygon.poly();
       each(io, gx_PolyFields::vertices(poly), gx_PolyFields::prevRoundPoints(poly),

@@ -33,6 +33,11 @@ class GX_API gxSMDGeometricDescription : public virtual gxPersistent, public vir
   ~gxSMDGeometricDescription() override;
 
   std::string name() const { return name_; }
+  void rename(std::string name)
+  {
+    mutating();
+    name_ = std::move(name);
+  }
 
   /// @name Pictures
   /// @p xform maps from the coordinates of the description to those of the tablet's client or of the buffer. What has

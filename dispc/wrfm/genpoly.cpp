@@ -305,8 +305,6 @@ gxRect gxGenPoly::encloseRect(gxXform<2> const &xform) const
 
 double gxGenPoly::distToPoint(gxVector<2> const &p) const
 {
-  if (degen())
-    throw gxShapesError::EmptyShape();
   return ask_([&] { return Private::distToPoint(poly_, p); });
 }
 
@@ -327,8 +325,6 @@ gxGenPoly gxGenPoly::map(gxXform<2> const &xform) const
 
 gxGenPoly gxGenPoly::map(gx2Rigid const &rigid, double scale) const
 {
-  if (scale == 0.0)
-    throw gxMathError::Singular();
   if (!mutable_)
     return map(rigid.linear() * gxXform<2>(gxMatrix<2>(scale, 0, 0, scale), gxVector<2>()));
   return ask_([&] { return gxGenPoly(rigid * (scale * poly_), xform_, true); });
@@ -374,8 +370,24 @@ bool gxGenPoly::loadSimple(gxArchive &archive)
 }
 
 void gxGenPoly::passFields_(gxArchive &archive)
-{
+try {
   archive || static_cast<gxPersistent &>(poly_) || xform_ || mutable_;
+  if (char const *const fault = archive.isLoading() ? faultOfLoaded_() : nullptr)
+    archive.fail(fault);
+} catch (...) {
+  if (archive.isLoading())
+    *this = gxGenPoly();  // valid, though empty
+  throw;
+}
+
+char const *gxGenPoly::faultOfLoaded_() const
+{
+  double const det = xform_.matrix().det();
+  if (det == 0.0 || !std::isfinite(det))
+    return "the map of a polygon has no inverse";
+  if (mutable_ && !xform_.isIdentity())
+    return "a polygon that is mapped cannot be edited";
+  return nullptr;
 }
 
 gxPtrHandle<gxShape> gxGenPoly::clone() const

@@ -68,10 +68,10 @@ class GX_API gxGenPoly : public gxShape
   explicit gxGenPoly(gxLineSeg const &segment);
   /// Its four corners, from its origin towards growing x.
   explicit gxGenPoly(gxRect const &rect);
-  /// Throws BadGeom for fewer than two vertices, and for a polygon that crosses itself.
+  /// Throws BadGeom for fewer than three vertices, and for a polygon that crosses itself.
   explicit gxGenPoly(gxPolygon const &polygon);
 
-  // Not editable. All throw BadGeom for degenerate shapes.
+  // Not editable. All throw BadGeom for degenerate shapes, and those of arcs for a whole turn.
   explicit gxGenPoly(gxEllipse const &ellipse);
   explicit gxGenPoly(gxEllipse2 const &ellipse);
   explicit gxGenPoly(gxEllipseArc const &arc);
@@ -107,6 +107,7 @@ class GX_API gxGenPoly : public gxShape
   /// the class. A rounding is a radius, 0 for a sharp vertex and negative for an uncertain one; a span is that of the
   /// segment that *ends* at the vertex, 0 for a line.
   ///@{
+  /// Should a rounding be refused then, the polygon stays open: close() brings it back.
   void open();
   /// @param span of the closing segment, from the last vertex to vertex 0; a closed polygon gets it too
   void close(gxRadian const &span = gxRadian());
@@ -157,7 +158,7 @@ class GX_API gxGenPoly : public gxShape
   /// Round the unrounded segments; empty without them.
   gxRect encloseRect() const { return encloseRect(gxXform<2>()); }
   gxRect encloseRect(gxXform<2> const &xform) const;
-  /// From the outline, unmapped. Throws EmptyShape without vertices.
+  /// From the outline, unmapped. Throws BadCoef without vertices.
   double distToPoint(gxVector<2> const &p) const;
   ///@}
 
@@ -165,8 +166,9 @@ class GX_API gxGenPoly : public gxShape
   ///@{
   /// Throws gxMathError::Singular. The identity gives a copy; the result of any other map is not editable.
   gxGenPoly map(gxXform<2> const &xform) const;
-  /// Scaled about the origin, then moved. The result is editable if this polygon is. Throws gxMathError::Singular for
-  /// a scale of 0.
+  /// Scaled about the origin, then moved. The result is editable if this polygon is. A negative scale makes roundings
+  /// of an editable polygon uncertain, and certain ones of those that were. A scale of 0 throws BadGeom for coinciding
+  /// vertices, or gxMathError::Singular if the polygon is not editable.
   gxGenPoly map(gx2Rigid const &rigid, double scale) const;
   ///@}
 
@@ -238,6 +240,8 @@ class GX_API gxGenPoly : public gxShape
   void changeVertex_(long index, Change change);
   int vertexAt_(long index) const;
   static void checkMap_(gxXform<2> const &xform);
+  /// What is wrong with the map and the flag after they came from outside; null if nothing is.
+  char const *faultOfLoaded_() const;
   gx2SegmentArc fillet_(long index) const;
   gx2SegmentArc arc_(long index, bool unrounded) const;
   bool hasFillet_(long index) const;

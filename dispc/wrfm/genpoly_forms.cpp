@@ -45,6 +45,8 @@ gxGenPoly::gxGenPoly(gxRect const &rect)
 
 gxGenPoly::gxGenPoly(gxPolygon const &polygon)
 {
+  if (polygon.degen())
+    throw gxShapesError::BadGeom();
   for (gxVector<2> const &p : polygon.vertices())
     insertVertex(p, 0.0, straight);
   close(straight);
@@ -85,9 +87,11 @@ void gxGenPoly::becomeImage_(gxXform<2> const &xform)
   mutable_ = false;
 }
 
-// In the arc's own frame, where it is circular.
+// In the arc's own frame, where it is circular. A segment has two ends, so it cannot be a whole turn.
 void gxGenPoly::appendArc_(gx2SegmentArc const &arc)
 {
+  if (!(std::abs(arc.angleSpan_.value()) < gf_turnDegrees))
+    throw gxShapesError::BadGeom();
   insertVertex(arc.p1_(), 0.0, straight);
   insertVertex(arc.p2_(), 0.0, arc.angleSpan_);
   becomeImage_(arc.xform_);

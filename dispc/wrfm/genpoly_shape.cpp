@@ -1,3 +1,4 @@
+#include "dispc/wrfm/detail/genpoly.h"
 #include "dispc/wrfm/genpoly.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/shapeinfo.h"
@@ -84,7 +85,7 @@ bool gxGenPoly::within(gxVector<2> const &p) const
 {
   if (!isRegion())
     throw gxShapesError::NotRegion();
-  return gxSMDGDPolyPrivate::inside(poly_, p);
+  return ask_([&] { return gxSMDGDPolyPrivate::inside(poly_, p); });
 }
 
 gxPtrHandle<gxShape> gxGenPoly::mapShape(gxXform<2> const &xform) const
@@ -96,7 +97,7 @@ gxPtrHandle<gxShape> gxGenPoly::reverse() const
 {
   gxPtrHandle<gxShape> const copy = clone();
   auto &reversed = dynamic_cast<gxGenPoly &>(*copy);
-  gxSMDGDPolyPrivate::reversePoly(poly_, reversed.poly_);
+  ask_([&] { gxSMDGDPolyPrivate::reversePoly(poly_, reversed.poly_); });
   return copy;
 }
 

@@ -97,14 +97,20 @@ void gxSMDGDModel::negativeArrowColor(gxColor const &color)
 
 // Parts and images
 
+void gxSMDGDPolyPrivate::subModel(Model &model, Poly const &poly, long label)
+{
+  auto const stored = static_cast<std::int32_t>(label);
+  for (int v = 0; v < poly.numVertices(); ++v) {
+    if (poly.vertex(v, false).subModelLabel() == stored)
+      model << subPoly(poly, v, false);
+  }
+}
+
 void gxSMDGDModel::subModel(long label, Model &out) const
 {
   Model result = out;
   for (Poly const &p : polys_)
-    for (int v = 0; v < p.numVertices(); ++v) {
-      if (p.vertices()[static_cast<std::size_t>(v)].subModelLabel() == label)
-        result << gxSMDGDPolyPrivate::subPoly(p, v, false);
-    }
+    gxSMDGDPolyPrivate::subModel(result, p, label);
   gxSMDGDModelPrivate::normalize_(result);
   out = result;
 }
@@ -158,7 +164,7 @@ void gxSMDGDModel::replacePoly(int index, Poly const &poly)
     return;
   Polys changed = polys_;
   changed[static_cast<std::size_t>(index)] = poly;
-  polys(changed);
+  rebuild_(changed);
 }
 
 void gxSMDGDModel::deletePoly(int index)
@@ -167,7 +173,16 @@ void gxSMDGDModel::deletePoly(int index)
     return;
   Polys changed = polys_;
   changed.erase(changed.begin() + index);
-  polys(changed);
+  rebuild_(changed);
+}
+
+// What is made anew has no name.
+void gxSMDGDModel::rebuild_(Polys const &polys)
+{
+  Model made;
+  made.polys(polys);
+  made.position_ = position_;
+  *this = made;
 }
 
 void gxSMDGDModel::deleteAllPolys()
@@ -224,13 +239,36 @@ void gxSMDGDModel::serialize_(gxArchive &archive, unsigned char version)
   if (version != 0)
     throw gxArchive::UnknownVersion(nullptr, 0);
   gxSMDGeometricDescription::dispatchSerialize(archive);
-  if (gf_passVersion(archive, 0) != 0)
-    throw gxArchive::UnknownVersion(nullptr, 0);
-  gf_passElements(archive, polys_, 1, [](gxArchive &a, Poly &p) { a || static_cast<gxPersistent &>(p); });
-  if (gf_passVersion(archive, 0) != 0)
-    throw gxArchive::UnknownVersion(nullptr, 0);
-  gf_passElements(archive, subModelLabels_, sizeof(std::int32_t));
-  archive || position_;
+  auto const passVersion = [&] {
+    if (gf_passVersion(archive, 0) != 0)
+      throw gxArchive::UnknownVersion(nullptr, 0);
+  };
+  try {
+    passVersion();
+    gf_passElements(archive, polys_, 1, [](gxArchive &a, Poly &p) { a || static_cast<gxPersistent &>(p); });
+    passVersion();
+    gf_passElements(archive, subModelLabels_, sizeof(std::int32_t));
+    archive || position_;
+    if (archive.isLoading())
+      checkLoaded_(archive);
+  } catch (...) {
+    if (archive.isLoading())
+      gxSMDGDModel::reInit();  // valid, though empty
+    throw;
+  }
+}
+
+// The labels are those of the outlines, in whatever order they came up.
+void gxSMDGDModel::checkLoaded_(gxArchive const &archive) const
+{
+  Model anew;
+  for (Poly const &p : polys_)
+    anew.addPolyLabels_(p);
+  std::vector<std::int32_t> stored = subModelLabels_;
+  std::sort(stored.begin(), stored.end());
+  std::sort(anew.subModelLabels_.begin(), anew.subModelLabels_.end());
+  if (stored != anew.subModelLabels_)
+    archive.fail("the labels of a model are not those of its polys");
 }
 
 std::ostream &operator<<(std::ostream &os, Model const &model)

@@ -59,7 +59,7 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   gxSMDGDModel &operator<<(gxSMDGDPoly const &poly);
   /// Appends copies of all outlines that the other model, which may be this one, held before.
   gxSMDGDModel &operator<<(gxSMDGDModel const &model);
-  /// Appends the outlines inside the wireframes, in their own frames.
+  /// Appends the outlines inside the wireframes, in their own frames, each named "poly".
   gxSMDGDModel &operator<<(std::vector<gx2Wireframe> const &wireframes);
   /// The labels of all outlines but -1, each once, in the order of their first appearance.
   std::vector<long> subModelLabels() const { return {subModelLabels_.begin(), subModelLabels_.end()}; }
@@ -96,7 +96,7 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   friend GX_API bool operator==(gxSMDGDModel const &a, gxSMDGDModel const &b);
 
  protected:
-  /// An index out of range changes nothing.
+  /// The model loses its name. An index out of range changes nothing.
   void replacePoly(int index, gxSMDGDPoly const &poly);
   void deletePoly(int index);
   void deleteAllPolys();
@@ -117,6 +117,9 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
 
  private:
   friend class gxSMDGDModelPrivate;
+
+  void rebuild_(std::vector<gxSMDGDPoly> const &polys);
+  void checkLoaded_(gxArchive const &archive) const;
 
   std::vector<gxSMDGDPoly> polys_;
   std::vector<std::int32_t> subModelLabels_;

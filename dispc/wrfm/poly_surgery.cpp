@@ -90,8 +90,10 @@ void gxSMDGDPolyPrivate::reversePoly(Poly const &in, Poly &out)
     std::swap(c.forwardPercExtension_, c.backwardPercExtension_);
     reversed << c;
   }
-  copyLooks_(in, reversed);
-  reversed.colors(in.colors());
+  if (n > 0) {
+    copyLooks_(in, reversed);
+    reversed.colors(in.colors());
+  }
   if (in.isClosed())
     reversed.close();
   reversed.directionReversed_ = !in.isDirectionReversed();

@@ -11,6 +11,7 @@
 class gx2Wireframe;
 class gxGenPoly;
 class gxPolygon;
+class gxSMDGDModel;
 
 /// The extended interface of gxSMDGDPoly: what tools that edit and measure outlines need beyond their public face.
 /// All static, with the outline as the first argument. Indices are those of gxSMDGDPoly and throw
@@ -163,6 +164,8 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static gxSMDGDPoly subPoly(gxSMDGDPoly const &poly, int vertex, bool wrap);
   /// The same for a vertex between two segments; throws invalidIndex at an end.
   static gxSMDGDPoly corner(gxSMDGDPoly const &poly, int vertex, bool wrap);
+  /// Appends to @p model what belongs to each vertex with the label.
+  static void subModel(gxSMDGDModel &model, gxSMDGDPoly const &poly, long label);
   /// The same outline walked the other way, with its positive side where it was. Named "poly".
   static void reversePoly(gxSMDGDPoly const &in, gxSMDGDPoly &out);
   /// @p a and then @p b, each walked backward if its flag is false, joined by a line. Throws invalidVertices unless

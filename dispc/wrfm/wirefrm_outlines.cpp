@@ -26,8 +26,11 @@ gxXform<2> const &gxSMDGDPolyPrivate::wireframeXform(gxGenPoly const &polygon)
 
 gxSMDGDModel &gxSMDGDModel::operator<<(std::vector<gx2Wireframe> const &wireframes)
 {
-  for (gx2Wireframe const &wireframe : wireframes)
-    *this << gxSMDGDPoly(wireframe, "poly");
+  for (gx2Wireframe const &wireframe : wireframes) {
+    gxSMDGDPoly poly(wireframe, "poly");
+    poly.rename("poly");
+    *this << poly;
+  }
   return *this;
 }
 

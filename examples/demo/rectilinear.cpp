@@ -28,7 +28,9 @@ gxSMDGDPoly drawn()
 
 void show(Sheet &sheet, gxSMDGDPoly const &poly, gxColor const &color, gxGraphicProps::gePenStyle style, long width)
 {
-  sheet.tablet.draw(Private::wireframe(poly), gxGraphicProps(color, width, style, false), gxUITablet::overlay);
+  gxGraphicProps props(color, width, style, false);
+  props.arrowHead(false);
+  sheet.tablet.draw(Private::wireframe(poly), props, gxUITablet::overlay);
 }
 
 void tell(Sheet &sheet, double y, std::string const &words, gxColor const &color)

@@ -109,6 +109,9 @@ TEST(Polygon, OfAShapeHasItsOutline)
   EXPECT_THROW(gxGenPoly{gxRect()}, S::BadGeom);
   EXPECT_THROW(gxGenPoly{gxLineSeg()}, S::BadGeom);
   EXPECT_THROW(gxGenPoly(gxPolygon({{1, 1}})), S::BadGeom);
+  EXPECT_THROW(gxGenPoly(gxPolygon({{1, 1}, {5, 2}})), S::BadGeom);
+  EXPECT_THROW(gxGenPoly{gxEllipseArc()}, S::BadGeom);
+  EXPECT_THROW(gxGenPoly(gxEllipseArc2(ellipse, gxRadian(1), gxDegree(360))), S::BadGeom);
   EXPECT_THROW(gxGenPoly(gxEllipse2({5, 0}, gxRadian(0), {0, 0})), S::BadGeom);
   EXPECT_THROW(gxGenPoly(gxEllipseAnnulusSection(gxEllipseAnnulus(gxEllipse({7, 8}, {2, 2}, gxRadian(0)), outer),
                                                  gxRadian(0), gxRadian(1))),
@@ -125,7 +128,7 @@ TEST(Polygon, ANewOneIsNothingYet)
   EXPECT_TRUE(p.encloseRect().isEmpty());
   EXPECT_THROW(p.boundingBox(), S::EmptyShape);
   EXPECT_THROW(p.nearestPoint({1, 1}), S::EmptyShape);
-  EXPECT_THROW(p.distToPoint({1, 1}), S::EmptyShape);
+  EXPECT_THROW(p.distToPoint({1, 1}), S::BadCoef);
   EXPECT_THROW(p.startPoint(), S::NotOpenContour);
   EXPECT_THROW(p.within({1, 1}), S::NotRegion);
   EXPECT_THROW(p.isRightHanded(), S::NotRegion);
@@ -224,6 +227,14 @@ TEST(Polygon, MapsAndShapes)
   EXPECT_FALSE(image.map(gx2Rigid(), 2.0).isMutable());
   EXPECT_TRUE(gfRealEq(p.map(gx2Rigid(gxDegree(0), {1e-7, 0}), 1.0), p, 1e-6));
   EXPECT_FALSE(gfRealEq(p.map(gx2Rigid(gxDegree(0), {1e-5, 0}), 1.0), p, 1e-6));
+
+  EXPECT_THROW(p.map(gx2Rigid(), 0.0), S::BadGeom);
+  EXPECT_THROW(image.map(gx2Rigid(), 0.0), gxMathError::Singular);
+
+  gxGenPoly deep;  // backward, the fillet stands before the segment that leaves it room
+  for (Point const &q : {Point(0, 0), Point(10, 0), Point(10, 10), Point(20, 10)})
+    deep.insertVertex(q, q == Point(10, 0) ? 8 : 0, gxRadian());
+  EXPECT_THROW(deep.reverse(), S::BadRadius);
 
   gxPtrHandle<gxShape> const back = p.reverse();
   EXPECT_FALSE(back->isRightHanded());

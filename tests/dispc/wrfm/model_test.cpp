@@ -256,7 +256,7 @@ TEST(Models, HoldOutlinesAndTheirLabels)
   model.replacePoly(0, Outline(false, {{0, 0}, {1, 1, 0, 0, 7}}));
   EXPECT_TRUE(model.isOpen());
   EXPECT_THAT(model.subModelLabels(), ElementsAre(7, 1, 2));
-  EXPECT_EQ(model.name(), "device");
+  EXPECT_EQ(model.name(), "") << "what is made anew has no name";
   model.colors(gxSMDColors());
   model.negativeArrowColor(gxColor::redColor());
   EXPECT_EQ(model.poly(1).negativeArrowColor(), gxColor::redColor());
@@ -318,6 +318,19 @@ TEST(Models, ImagesArchivesAndCounts)
   EXPECT_EQ(loaded, model);
   EXPECT_EQ(loaded.name(), "device");
   EXPECT_EQ(loaded.subModelLabels(), model.subModelLabels());
+  // A label that no outline has, and a stream that ends early, leave the model empty.
+  std::string const bytes = archivedBytes<gxSMDGDModel>(model);
+  std::string const labels("\3\0\0\0\2\0\0\0\3\0\0\0\5\0\0\0", 16);
+  ASSERT_NE(bytes.find(labels), std::string::npos);
+  std::string other = bytes;
+  other[bytes.rfind(labels) + 4] = 9;
+  for (std::string const &bad : {other, bytes.substr(0, bytes.size() - 9)}) {
+    EXPECT_THROW(loadArchived(bad, loaded), gxArchive::Errors);
+    EXPECT_EQ(loaded.numPolys(), 0);
+    EXPECT_TRUE(loaded.subModelLabels().empty());
+    loadArchived(bytes, loaded);
+    EXPECT_EQ(loaded, model);
+  }
 
   gxXform<2> const unit;
   double const perimeter = gxSMDGDModelPrivate::perimeter(model, 0);

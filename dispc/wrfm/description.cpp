@@ -5,8 +5,6 @@
 
 gxSMDGeometricDescription::~gxSMDGeometricDescription() = default;
 
-void gxSMDGeometricDescription::drawWireframe(gxXform<2> const &, gxUITablet &) const {}
-
 void gxSMDGeometricDescription::drawSynthetic(gxPtrHandle_const<gx2XformBase> const &xform,
                                               gxPelBuffer<unsigned char> const &buffer) const
 {
@@ -14,8 +12,6 @@ void gxSMDGeometricDescription::drawSynthetic(gxPtrHandle_const<gx2XformBase> co
     throw gxBadPointer();
   drawSynthetic(xform->linearXform(gxVector<2>()).xform(), buffer);
 }
-
-void gxSMDGeometricDescription::drawSynthetic(gxXform<2> const &, gxPelBuffer<unsigned char> const &) const {}
 
 GX_PERSISTENT_ABSTRACT_IMPL(gxSMDGeometricDescription, 0)
 void gxSMDGeometricDescription::serialize_(gxArchive &archive, unsigned char version)

@@ -40,15 +40,14 @@ class GX_API gxSMDGeometricDescription : public virtual gxPersistent, public vir
   }
 
   /// @name Pictures
-  /// @p xform maps from the coordinates of the description to those of the tablet's client or of the buffer. What has
-  /// no outline of its own draws nothing.
+  /// @p xform maps from the coordinates of the description to client coordinates of the tablet or of the buffer.
   ///@{
-  virtual void drawWireframe(gxXform<2> const &xform, gxUITablet &tablet) const;
+  virtual void drawWireframe(gxXform<2> const &xform, gxUITablet &tablet) const = 0;
   /// By a transform that may bend: approximated by its linear form at (0, 0) unless a class does better. Throws
   /// gxBadPointer for a null handle.
   virtual void drawSynthetic(gxPtrHandle_const<gx2XformBase> const &xform,
                              gxPelBuffer<unsigned char> const &buffer) const;
-  virtual void drawSynthetic(gxXform<2> const &xform, gxPelBuffer<unsigned char> const &buffer) const;
+  virtual void drawSynthetic(gxXform<2> const &xform, gxPelBuffer<unsigned char> const &buffer) const = 0;
   ///@}
 
  private:

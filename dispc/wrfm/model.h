@@ -92,6 +92,17 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   friend GX_API gxSMDGDModel operator*(gx2Rigid const &map, gxSMDGDModel const &model);
   ///@}
 
+  /// @name Pictures
+  /// Those of its outlines, in order: see gxSMDGDPoly.
+  ///@{
+  void drawWireframe(gxXform<2> const &xform, gxUITablet &tablet) const override;
+  void drawSynthetic(gxPtrHandle_const<gx2XformBase> const &xform,
+                     gxPelBuffer<unsigned char> const &buffer) const override;
+  void drawSynthetic(gxXform<2> const &xform, gxPelBuffer<unsigned char> const &buffer) const override;
+  /// Of size 2.
+  void drawDirectionArrows(gxXform<2> const &xform, gxUITablet &tablet) const;
+  ///@}
+
   /// Equal outlines in equal order, and equal positions. Names take no part.
   friend GX_API bool operator==(gxSMDGDModel const &a, gxSMDGDModel const &b);
 

@@ -34,6 +34,10 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   /// The same round the outlines with a weight above 0.
   static gxRect boundingBoxPositive(gxSMDGDModel const &model, std::vector<gxXform<2>> const &perPoly,
                                     gxXform<2> const &xform);
+  /// Round the mapped extensions of all outlines; empty if there are none.
+  static gxRect boundingBoxNeg(gxSMDGDModel const &model, gxXform<2> const &xform);
+  /// The extensions of all outlines, in their wireframe colours, on the image layer.
+  static void drawNegWireframe(gxSMDGDModel const &model, gxXform<2> const &xform, gxUITablet &tablet);
   /// Appends the corner at a vertex (gxSMDGDPolyPrivate::corner()) to @p out, and moves all that it then holds to its
   /// own frame. Throws invalidIndex.
   static void corner(gxSMDGDModel const &model, gxSMDGDModel &out, int polyIndex, int vertex, bool wrap);

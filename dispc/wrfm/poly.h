@@ -20,6 +20,7 @@
 #include <vector>
 
 class gx2Wireframe;
+class gxGraphicList;
 struct gx_Meeting;
 
 /// An outline of a device: an open or closed chain of vertices, joined by lines and circular arcs. A vertex may be
@@ -145,6 +146,30 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// and the length under @p b over the nominal one is the scale of the limits. Lengths are those before rounding.
   /// Throws gxShapesError::DegenerateShape for a segment that a map collapses, and as segmentDimension() does.
   std::vector<long> segmentsOutOfTolerance(gxXform<2> const &a, gxXform<2> const &b) const;
+
+  /// @name Pictures
+  ///@{
+  /// The rounded outline as a wireframe, in the wireframe colour, on the image layer.
+  void drawWireframe(gxXform<2> const &xform, gxUITablet &tablet) const override;
+  /// An arrow in the middle of each segment, in the direction of travel: arms of @p size, a plus on the positive and a
+  /// minus on the negative side, in the arrow colours. On the image layer, or appended as lines.
+  void drawDirectionArrows(gxXform<2> const &xform, gxUITablet &tablet, double size) const;
+  void drawDirectionArrows(gxXform<2> const &xform, gxGraphicList &list, double size) const;
+  /// Paints the inside in the grey of the synthetic colour, with smoothed edges; nothing of an open outline. On each
+  /// row of pels the line through their centres meets the rounded outline in points; between two neighbours the pels
+  /// from one rounded column up to the other are filled if the middle between the points lies inside. Edges are painted
+  /// by drawLinePelBuf() and drawArcPelBuf().
+  ///
+  /// A transform that bends makes the outline a polygon of points instead, without smoothed edges: every third pel of a
+  /// line, half as many points as degrees of an arc but 5 at least, and 5 of an arc that runs through falling angles.
+  ///
+  /// Throws gxPel::UnboundWindow, gxBadPointer for a null handle, gxMathError::Singular for a transform without an
+  /// inverse, gxShapesError::DegenerateShape for one that takes the length of a line, and what painting the edges
+  /// throws. What is not finite paints nothing.
+  void drawSynthetic(gxXform<2> const &xform, gxPelBuffer<unsigned char> const &buffer) const override;
+  void drawSynthetic(gxPtrHandle_const<gx2XformBase> const &xform,
+                     gxPelBuffer<unsigned char> const &buffer) const override;
+  ///@}
 
   /// Open or closed alike, with equal vertices, flags, colours and weights. Names take no part.
   friend GX_API bool operator==(gxSMDGDPoly const &a, gxSMDGDPoly const &b);
@@ -280,6 +305,12 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   std::vector<gxVector<2>> intersectionVertex_(gxSMDGDPoly const &other, int v) const;
   std::vector<gxVector<2>> intersectionSegment_(gxSMDGDPoly const &other, int s) const;
   ///@}
+
+  /// One arrow, at the place and in the direction of @p frame.
+  static void drawArrow(gxXform<2> const &xform, gxUITablet &tablet, gx2Rigid const &frame, double size,
+                        gxColor const &positive, gxColor const &negative);
+  static void drawArrow(gxXform<2> const &xform, gxGraphicList &list, gx2Rigid const &frame, double size,
+                        gxColor const &positive, gxColor const &negative);
 
   /// @name Extensions
   /// How far segments run on past corners that turn by 45 degrees or more, as fractions of their lengths.

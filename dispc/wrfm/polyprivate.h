@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dispc/tabletbase.h"
 #include "dispc/wrfm/arc.h"
 #include "dispc/wrfm/lineseg.h"
 #include "dispc/wrfm/poly.h"
@@ -129,6 +130,11 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   /// @name Points and outlines
   ///@{
   static bool inside(gxSMDGDPoly const &poly, gxVector<2> const &p) { return poly.inside_(p); }
+  /// Where the rounded outlines meet, in the order of the first one: see gxSMDGDPoly::intersection_().
+  static std::vector<gxVector<2>> intersection(gxSMDGDPoly const &a, gxSMDGDPoly const &b)
+  {
+    return a.intersection_(b);
+  }
   /// The nearest point of the rounded outline; the first of several. Throws invalidIndex if there are no vertices.
   static gxVector<2> closestPoint(gxSMDGDPoly const &poly, gxVector<2> const &p);
   static double distToPoint(gxSMDGDPoly const &poly, gxVector<2> const &p) { return closestPoint(poly, p).distance(p); }
@@ -225,6 +231,32 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   /// The outline inside a polygon, and the map from its frame.
   static gxSMDGDPoly const &poly(gxGenPoly const &polygon);
   static gxXform<2> const &wireframeXform(gxGenPoly const &polygon);
+  ///@}
+
+  /// @name Drawing
+  /// @p xform maps from the outline to client coordinates of the tablet or the buffer.
+  ///@{
+  /// As a wireframe without marks.
+  static void drawWireframe(gxSMDGDPoly const &poly, gxXform<2> const &xform, gxUITablet &tablet, gxColor const &color,
+                            gx_UITabletBase::Layers layer);
+  /// The extensions of the segments.
+  static void drawNegWireframe(gxSMDGDPoly const &poly, gxXform<2> const &xform, gxUITablet &tablet,
+                               gxColor const &color, gx_UITabletBase::Layers layer);
+  static void overlayLineSegment_(gxUITablet &tablet, gx2SegmentLine const &line, gxXform<2> const &xform,
+                                  gxColor const &color, gx_UITabletBase::Layers layer);
+  /// As chords of at most 5 degrees, within 0.05 of the arc.
+  static void overlayArc_(gxUITablet &tablet, gx2SegmentArc const &arc, gxXform<2> const &xform, gxColor const &color,
+                          gx_UITabletBase::Layers layer);
+  /// Round the mapped extensions; empty if there are none.
+  static gxRect boundingBoxNeg(gxSMDGDPoly const &poly, gxXform<2> const &xform);
+  /// A synthetic image: see gxSMDGDPoly::drawSynthetic(). With @p fill the inside takes the value, and edges, if they
+  /// are drawn, are smoothed; nothing is painted of an open outline then. Without it the edges are lines of the value.
+  static void drawSynthetic(gxSMDGDPoly const &poly, gxXform<2> const &xform, gxPelBuffer<unsigned char> const &buffer,
+                            unsigned char value, bool drawEdges, bool fill);
+  static void drawSynthetic(gxSMDGDPoly const &poly, gxPtrHandle_const<gx2XformBase> const &xform,
+                            gxPelBuffer<unsigned char> const &buffer, unsigned char value);
+  static double forwardPercExtension(gxSMDGDPoly const &poly, int v) { return poly.forwardPercExtension_(v); }
+  static double backwardPercExtension(gxSMDGDPoly const &poly, int v) { return poly.backwardPercExtension_(v); }
   ///@}
 
   /// @name Filters

@@ -77,6 +77,11 @@ class GX_API gxSMDGDPolyVertex : public gxSMDGeometricDescription
     segmentLengthTol_ = tol;
   }
 
+  /// A vertex alone draws nothing.
+  using gxSMDGeometricDescription::drawSynthetic;
+  void drawWireframe(gxXform<2> const &, gxUITablet &) const override {}
+  void drawSynthetic(gxXform<2> const &, gxPelBuffer<unsigned char> const &) const override {}
+
   /// Point and radius scale, and the tolerance as by its own operator; all else is kept.
   friend GX_API gxSMDGDPolyVertex operator*(double s, gxSMDGDPolyVertex const &v);
   /// The point is mapped; all else is kept.

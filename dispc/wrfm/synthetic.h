@@ -6,6 +6,9 @@
 #include "foundation/pelbuf.h"
 #include "foundation/xform.h"
 
+class gx2XformBase;
+class gxGenPoly;
+
 /// @file
 /// Synthetic images: outlines painted into pels of 8 bits, without a surface, to be compared with what a camera sees.
 /// Which pel is touched and which value it gets is part of the interface.
@@ -53,6 +56,13 @@ GX_API void drawHorizontalExtentsPelBuf(gxPelBuffer<unsigned char> buffer, gx2Se
 GX_API void drawHorizontalExtentsPelBuf(gxPelBuffer<unsigned char> buffer, gx2SegmentArc const &arc,
                                         gxXform<2> const &xform, signed char colour, double *minX, double *maxX,
                                         double *minY, double *maxY);
+
+/// Paints the inside of a closed polygon with smoothed edges: see gxSMDGDPoly::drawSynthetic(), whose errors this has.
+/// Throws gxShapesError::BadGeom for an open polygon, gxBadPointer for a null handle.
+GX_API void gfDrawSynthetic(gxGenPoly const &poly, gxXform<2> const &xform, gxPelBuffer<unsigned char> const &image,
+                            unsigned char colour);
+GX_API void gfDrawSynthetic(gxGenPoly const &poly, gxPtrHandle_const<gx2XformBase> const &xform,
+                            gxPelBuffer<unsigned char> const &image, unsigned char colour);
 
 /// Copies @p height rows of @p width bytes, the rows @p srcStride and @p dstStride bytes apart. Blocks that overlap are
 /// copied row by row, each as a whole. Nothing is copied for a width or height below 1.

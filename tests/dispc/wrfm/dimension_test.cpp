@@ -253,6 +253,7 @@ TEST(GeometricDescription, BendingTransformsAreTakenAtTheOrigin)
   struct Probe : gxSMDGeometricDescription {
     using gxSMDGeometricDescription::drawSynthetic;
     void drawSynthetic(gxXform<2> const &xform, gxPelBuffer<unsigned char> const &) const override { seen = xform; }
+    void drawWireframe(gxXform<2> const &, gxUITablet &) const override {}
     mutable gxXform<2> seen;
   };
   Probe const probe;

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <vector>
 
 // The insides of outlines in synthetic images.
@@ -86,8 +85,8 @@ void gx_SyntheticFill::fillRow(long y) const
 
 // ---------------------------------------------------------------- stepping along the outline
 
-/// The pieces of an outline in an image, each as it rises or falls through the rows, and the columns where they cross
-/// the centres of rows. Pieces that share no row share a slot, so that a slot has one column, or none, on each row.
+/// The pieces of an outline in an image, each as it rises or falls through the rows: bands of rows that meet the same
+/// pieces, and the columns where they cross the centres of these rows.
 class gx_SyntheticFill::Pieces
 {
  public:
@@ -114,32 +113,54 @@ class gx_SyntheticFill::Pieces
       if (vertices[v].vertexRadius() != 0.0 && Private::vertexIsRounded_(poly_, i))
         addArc(Private::roundedArcVertex_(poly_, i));
     }
-    shareSlots();
-    return static_cast<double>(numSlots_) * static_cast<double>(numRows_) < 1e8;
+    std::sort(pieces_.begin(), pieces_.end(), [](Piece const &p, Piece const &q) { return p.first < q.first; });
+    return true;
   }
 
-  void cross()
+  /// Calls visit(first row, number of rows, columns) for each band; the columns of a piece stand in a row of their own
+  /// in the last one, and there is room to change their order.
+  template <class Visit>
+  void visitBands(Visit visit)
   {
-    columns_.assign(numSlots_ * static_cast<std::size_t>(numRows_), noColumn);
-    for (Piece const &piece : pieces_)
-      crossOne(piece);
+    std::vector<std::int32_t> starts;
+    for (Piece const &piece : pieces_) {
+      starts.push_back(piece.first);
+      starts.push_back(piece.last + 1);
+    }
+    std::sort(starts.begin(), starts.end());
+    starts.erase(std::unique(starts.begin(), starts.end()), starts.end());
+    std::vector<Piece> active;
+    std::vector<std::int32_t const *> rows;
+    auto next = pieces_.begin();
+    for (std::size_t i = 1; i < starts.size(); ++i) {
+      std::int32_t const begin = starts[i - 1], end = starts[i];
+      active.erase(std::remove_if(active.begin(), active.end(), [&](Piece const &p) { return p.last < begin; }),
+                   active.end());
+      for (; next != pieces_.end() && next->first == begin; ++next)
+        active.push_back(*next);
+      if (active.empty())
+        continue;
+      std::size_t const n = static_cast<std::size_t>(end - begin);
+      columns_.resize(std::max(columns_.size(), active.size() * n));
+      rows.clear();
+      for (Piece const &piece : active) {
+        std::int32_t *const columns = columns_.data() + rows.size() * n;
+        cross(piece, begin, end, columns);
+        rows.push_back(columns);
+      }
+      visit(begin, n, rows);
+    }
   }
 
-  std::size_t numSlots() const { return numSlots_; }
-  std::int32_t column(std::size_t slot, long row) const
-  {
-    return columns_[slot * static_cast<std::size_t>(numRows_) + static_cast<std::size_t>(row)];
-  }
+  /// True if the row is left to the exact rule.
   bool isExact(long row) const { return isExact_[static_cast<std::size_t>(row)] != 0; }
-
-  static constexpr std::int32_t noColumn = std::numeric_limits<std::int32_t>::max();
+  void leaveToRule(long row) { isExact_[static_cast<std::size_t>(row)] = 1; }
 
  private:
   /// At height h above `middle` the column is x + slope * h + bow * sqrt(1 - (h / radius)^2). A line has no bow.
   struct Piece {
     std::int32_t first, last;  ///< rows, from the first one of the window
     double middle, x, slope, bow, perRadius;
-    std::size_t slot;
   };
 
   bool isTame(std::vector<gxSMDGDPolyVertex> const &vertices) const
@@ -155,17 +176,11 @@ class gx_SyntheticFill::Pieces
     return far + reach * scale < tame && std::abs(m.det()) > 1e-4 * scale * scale;
   }
 
-  /// Rows whose centres come near a height are left to the exact rule.
-  void markNear(double y)
+  /// Rows whose centres lie between two heights, or come near to that, are left to the exact rule.
+  void mark(double top, double bottom)
   {
-    long const row = gf_roundHalfAway(y - 0.5) - first_;
-    if (row >= 0 && row < numRows_ && std::abs(static_cast<double>(row + first_) + 0.5 - y) <= nearEnd)
-      isExact_[static_cast<std::size_t>(row)] = 1;
-  }
-  void markBetween(double top, double bottom)
-  {
-    long const from = std::max<long>(gf_roundHalfAway(top - 0.5) - first_, 0);
-    long const to = std::min<long>(gf_roundHalfAway(bottom - 0.5) - first_, numRows_ - 1);
+    long const from = std::max<long>(gfICeil(top - nearEnd - 0.5) - first_, 0);
+    long const to = std::min<long>(gfIFloor(bottom + nearEnd - 0.5) - first_, numRows_ - 1);
     for (long row = from; row <= to; ++row)
       isExact_[static_cast<std::size_t>(row)] = 1;
   }
@@ -173,8 +188,8 @@ class gx_SyntheticFill::Pieces
   /// A piece between two heights.
   void add(double top, double bottom, Piece piece)
   {
-    markNear(top);
-    markNear(bottom);
+    mark(top, top);
+    mark(bottom, bottom);
     piece.first = static_cast<std::int32_t>(std::max<long>(gfICeil(top + nearEnd - 0.5) - first_, 0));
     piece.last = static_cast<std::int32_t>(std::min<long>(gfIFloor(bottom - nearEnd - 0.5) - first_, numRows_ - 1));
     piece.middle -= 0.5 + static_cast<double>(first_);
@@ -188,9 +203,9 @@ class gx_SyntheticFill::Pieces
       std::swap(a, b);
     double const dx = b.x() - a.x(), dy = b.y() - a.y();
     if (std::abs(dx) > flattest * dy)
-      markBetween(a.y(), b.y());
+      mark(a.y(), b.y());
     else
-      add(a.y(), b.y(), {0, 0, a.y(), a.x(), dx / dy, 0.0, 0.0, 0});
+      add(a.y(), b.y(), {0, 0, a.y(), a.x(), dx / dy, 0.0, 0.0});
   }
 
   // The image of the arc is C + U cos t + V sin t. Seen from the angle where it is highest, its height is a cosine.
@@ -212,40 +227,31 @@ class gx_SyntheticFill::Pieces
       double const high = c.y() + height, low = c.y() - height;
       double const y0 = k * half > from ? (isEven ? high : low) : ends[0];
       double const y1 = (k + 1.0) * half < to ? (isEven ? low : high) : ends[1];
-      add(std::min(y0, y1), std::max(y0, y1), {0, 0, c.y(), c.x(), slope, isEven ? bow : -bow, 1.0 / height, 0});
+      add(std::min(y0, y1), std::max(y0, y1), {0, 0, c.y(), c.x(), slope, isEven ? bow : -bow, 1.0 / height});
     }
   }
 
-  /// Each piece, from the top down, takes a slot whose last piece has ended.
-  void shareSlots()
+  /// Rounded by cutting off, which is the floor above the lowest column there is.
+  void cross(Piece const &piece, std::int32_t begin, std::int32_t end, std::int32_t *columns)
   {
-    std::sort(pieces_.begin(), pieces_.end(), [](Piece const &a, Piece const &b) { return a.first < b.first; });
-    std::vector<std::int32_t> lastRows;
-    for (Piece &piece : pieces_) {
-      auto const free = std::find_if(lastRows.begin(), lastRows.end(), [&](std::int32_t r) { return r < piece.first; });
-      piece.slot = static_cast<std::size_t>(free - lastRows.begin());
-      if (free == lastRows.end())
-        lastRows.push_back(piece.last);
-      else
-        *free = piece.last;
-    }
-    numSlots_ = lastRows.size();
-  }
-
-  void crossOne(Piece const &piece)
-  {
-    std::int32_t *const columns = columns_.data() + piece.slot * static_cast<std::size_t>(numRows_);
-    for (std::int32_t row = piece.first; row <= piece.last; ++row) {
-      double const h = static_cast<double>(row) - piece.middle, t = h * piece.perRadius;
-      double x = piece.x + piece.slope * h;
-      if (piece.perRadius != 0.0)
-        x += piece.bow * std::sqrt(std::max(0.0, 1.0 - t * t));
-      // Rounded by cutting off, which is the floor above the lowest column there is.
-      double const shifted = x + (0.5 + 2.0 * tame);
+    constexpr double shift = 2.0 * tame;
+    char *const isExact = isExact_.data();
+    auto const put = [&](std::int32_t row, double x) {
+      double const shifted = x + (0.5 + shift);
       auto const whole = static_cast<std::int32_t>(shifted);
       double const rest = shifted - static_cast<double>(whole);
-      columns[row] = whole - static_cast<std::int32_t>(2.0 * tame);
-      isExact_[static_cast<std::size_t>(row)] |= (rest < unclear) | (rest > 1.0 - unclear);
+      columns[row - begin] = whole - static_cast<std::int32_t>(shift);
+      if (std::abs(rest - 0.5) > 0.5 - unclear)
+        isExact[row] = 1;
+    };
+    if (piece.perRadius == 0.0) {
+      for (std::int32_t row = begin; row < end; ++row)
+        put(row, piece.x + piece.slope * (static_cast<double>(row) - piece.middle));
+      return;
+    }
+    for (std::int32_t row = begin; row < end; ++row) {
+      double const h = static_cast<double>(row) - piece.middle, t = h * piece.perRadius;
+      put(row, piece.x + piece.slope * h + piece.bow * std::sqrt(std::max(0.0, 1.0 - t * t)));
     }
   }
 
@@ -254,8 +260,7 @@ class gx_SyntheticFill::Pieces
   long const first_, numRows_;
   std::vector<Piece> pieces_;
   std::vector<char> isExact_;
-  std::vector<std::int32_t> columns_;  ///< slot by slot
-  std::size_t numSlots_ = 0;
+  std::vector<std::int32_t> columns_;  ///< of one band
 };
 
 // Between columns that are clear of each other the inside is where an odd number of pieces lies to the left. Where two
@@ -279,39 +284,37 @@ bool gx_SyntheticFill::fillByParity(unsigned char *row, std::int32_t const *colu
 
 void gx_SyntheticFill::fill()
 {
-  long const first = window_.window().y(), numRows = window_.height();
+  long const first = window_.window().y(), numRows = window_.height(), step = window_.rowStep();
+  unsigned char *const pels = window_.pointToRow(first);
   Pieces pieces(poly_, map_, first, numRows);
   bool const isSure = pieces.find();
+  std::vector<std::int32_t> columns;
   if (isSure)
-    pieces.cross();
-  // The order of the slots on one row is nearly that on the next.
-  struct At {
-    std::int32_t column;
-    std::uint32_t slot;
-  };
-  std::vector<At> order(isSure ? pieces.numSlots() : 0);
-  std::vector<std::int32_t> columns(order.size());
-  for (std::size_t i = 0; i < order.size(); ++i)
-    order[i].slot = static_cast<std::uint32_t>(i);
-  for (long r = 0; r < numRows; ++r) {
-    bool done = false;
-    if (isSure && !pieces.isExact(r)) {
-      std::size_t n = 0;
-      for (std::size_t i = 0; i < order.size(); ++i) {
-        At const at{pieces.column(order[i].slot, r), order[i].slot};
-        n += at.column != Pieces::noColumn;
-        std::size_t k = i;
-        for (; k > 0 && order[k - 1].column > at.column; --k)
-          order[k] = order[k - 1];
-        order[k] = at;
+    pieces.visitBands([&](long begin, std::size_t n, std::vector<std::int32_t const *> &rows) {
+      columns.resize(rows.size());
+      for (std::size_t r = 0; r < n; ++r) {
+        long const row = begin + static_cast<long>(r);
+        if (pieces.isExact(row))
+          continue;
+        // The order of the pieces on one row is nearly that on the next.
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+          std::int32_t const *const piece = rows[i];
+          std::int32_t const column = piece[r];
+          std::size_t k = i;
+          for (; k > 0 && columns[k - 1] > column; --k) {
+            columns[k] = columns[k - 1];
+            rows[k] = rows[k - 1];
+          }
+          columns[k] = column;
+          rows[k] = piece;
+        }
+        if (!fillByParity(pels + row * step, columns.data(), columns.size()))
+          pieces.leaveToRule(row);
       }
-      for (std::size_t i = 0; i < n; ++i)
-        columns[i] = order[i].column;
-      done = fillByParity(window_.pointToRow(first + r), columns.data(), n);
-    }
-    if (!done) {
-      fillRow(first + r);
+    });
+  for (long row = 0; row < numRows; ++row)
+    if (!isSure || pieces.isExact(row)) {
+      fillRow(first + row);
       ++numExact_;
     }
-  }
 }

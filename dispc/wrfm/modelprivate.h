@@ -46,6 +46,20 @@ class GX_API gxSMDGDModelPrivate : public gxSMDGDModel
   /// A model of the closed outlines through the points of the polygons.
   static gxSMDGDModel convert(std::vector<gxPolygon> const &polygons);
 
+  /// @name Crop
+  /// New models without a name, of the pieces that gxSMDGDPolyPrivate::crop() leaves of each outline, in order. Throw
+  /// what that throws.
+  ///@{
+  static gxSMDGDModel crop(gxSMDGDModel const &model, gxSMDGDPoly const &mask, bool keepInside);
+  /// By the closed outline through the points of the polygon.
+  static gxSMDGDModel crop(gxSMDGDModel const &model, gxPolygon const &mask, bool keepInside);
+  /// The pieces of each outline that are inside of each mask: a piece inside of two is there twice. Throws
+  /// gxSMDGDModel::nestedPolys if the first vertex of an outline of the model lies inside of another one, and
+  /// gxSMDGDPoly::notClosed if that other one is open.
+  static gxSMDGDModel crop(gxSMDGDModel const &model, gxSMDGDModel const &masks);
+  static gxSMDGDModel crop(gxSMDGDModel const &model, std::vector<gxPolygon> const &masks);
+  ///@}
+
   /// @name Wireframes
   /// Each with its weight, from -1 to 1; those of weight 0 are left out. Throw invalidIndex for lists that are empty or
   /// of unequal lengths, and for a weight out of range.

@@ -57,7 +57,15 @@ class gx_PolyBoxes
   /// Calls visit(i) for the pieces up to @p last whose boxes meet that of piece @p i, in order, until it returns true.
   /// True if it did. Needs current boxes.
   template <class Visit>
-  bool anyNear(std::size_t i, std::size_t last, Visit visit) const;
+  bool anyNear(std::size_t i, std::size_t last, Visit visit) const
+  {
+    return anyNear(nodes_[nodes_.size() / 2 + i], last, visit);
+  }
+  /// The same for those whose boxes meet @p near.
+  template <class Visit>
+  bool anyNear(Box near, std::size_t last, Visit visit) const;
+  /// Round all pieces.
+  Box const &whole() const { return nodes_[1]; }
 
  private:
   template <class BoxOf>
@@ -124,10 +132,9 @@ void gx_PolyBoxes::refresh(std::size_t n, BoxOf boxOf)
 }
 
 template <class Visit>
-bool gx_PolyBoxes::anyNear(std::size_t i, std::size_t last, Visit visit) const
+bool gx_PolyBoxes::anyNear(Box const near, std::size_t last, Visit visit) const
 {
   std::size_t const room = nodes_.size() / 2, end = room + std::min(last, size_ - 1);
-  Box const near = nodes_[room + i];
   std::size_t k = 1;
   for (;;) {
     if (nodes_[k].meets(near)) {

@@ -224,6 +224,28 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static void autoSegmentLengthTolerance(gxSMDGDPoly &poly, gxDimTol const &tol);
   ///@}
 
+  /// @name Crop
+  ///@{
+  /// The pieces of an outline that run inside the mask, or outside if @p keepInside is false, in the order of the walk;
+  /// the closed outline itself if nothing of it is cut away, no piece if nothing is kept. A piece is open, named
+  /// "poly", with colours and weight of a new outline; a reversed direction comes with it.
+  ///
+  /// Where a segment is cut, a vertex with the attributes of its end is put; its parts have no length tolerance. A cut
+  /// fillet becomes a segment of its own, between sharp vertices, and the segment beside it keeps its tolerance as far
+  /// as its new length allows. What only touches the mask is not cut, and what runs along the outline of the mask goes
+  /// with what it comes from and leads to, with the inside if these differ. A sharp vertex that touches the mask from
+  /// the side that is not kept begins a piece, as a mark of the touch: from there to the next cut the outline is kept,
+  /// and the sides are swapped after it.
+  ///
+  /// Cost: a search in the tree of the mask for each piece of the outline, and an inside test for the walk and for each
+  /// touch. Throws invalidIndex for an outline without vertices, notClosed for an open mask, and what making an outline
+  /// throws for a piece that cannot stand.
+  static gxSMDGDModel crop(gxSMDGDPoly const &poly, gxSMDGDPoly const &mask, bool keepInside);
+  /// Of outlines that meet keeps the longest, by perimeter; of equally long ones the first. Each is held, in order,
+  /// against those kept so far. The lists may be the same one.
+  static void crossingPolysResolve(std::list<gxSMDGDPoly> &out, std::list<gxSMDGDPoly> const &in);
+  ///@}
+
   /// @name Wireframes
   ///@{
   /// A wireframe that holds the outline, editable and not mapped.

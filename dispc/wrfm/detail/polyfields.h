@@ -17,6 +17,31 @@ class gx_PolyFields
   static std::vector<gxVector<2>> const &nextRoundPoints(gxSMDGDPoly const &poly) { return poly.nextRoundPoints_; }
   static std::vector<double> const &roundSpans(gxSMDGDPoly const &poly) { return poly.roundSpans_; }
 
+  /// The boxes round the pieces, if they are current; and one of them, found anew.
+  static gx_PolyBoxes const *boxes(gxSMDGDPoly const &poly)
+  {
+    return poly.boxes_.areCurrent(poly.vertices_.size()) ? &poly.boxes_ : nullptr;
+  }
+  static gx_PolyBoxes::Box boxAt(gxSMDGDPoly const &poly, int i) { return poly.boxAt_(i); }
+  /// Within which a point lies on a piece of one of these outlines.
+  static double onPieceTolerance(gxSMDGDPoly const &a, gxSMDGDPoly const &b)
+  {
+    return gxSMDGDPoly::onPieceTolerance_(a, b);
+  }
+  /// The outline alone: without name, looks and weight of its own, and without its direction flag.
+  static gxSMDGDPoly geometryOf(gxSMDGDPoly const &poly)
+  {
+    gxSMDGDPoly result;
+    result.vertices_ = poly.vertices_;
+    result.subModelLabels_ = poly.subModelLabels_;
+    result.prevRoundPoints_ = poly.prevRoundPoints_;
+    result.nextRoundPoints_ = poly.nextRoundPoints_;
+    result.roundSpans_ = poly.roundSpans_;
+    result.isOpen_ = poly.isOpen_;
+    result.labelsInOrder_ = poly.labelsInOrder_;
+    return result;
+  }
+
   /// What stands in the records of an outline.
   struct Content {
     std::vector<gxSMDGDPolyVertex> vertices;

@@ -138,7 +138,8 @@ void tabletsChapter(Pages &pages, gxPelBuffer<unsigned char> const &camera)
 
 // Further chapters, each in a source of its own.
 constexpr void (*chapters[])(Pages &) = {
-    shapesChapter, letteringChapter, imagesChapter, graphicsChapter, outlinesChapter, modelChapter, rectilinearChapter,
+    shapesChapter,   letteringChapter, imagesChapter,      graphicsChapter,
+    outlinesChapter, modelChapter,     rectilinearChapter, devicesChapter,
 };
 }  // namespace
 

@@ -54,5 +54,8 @@ void modelChapter(Pages &pages);
 /// A nearly rectilinear outline before and after snapping.
 void rectilinearChapter(Pages &pages);
 
+/// A device as overlay, as synthetic image, and cut by a mask.
+void devicesChapter(Pages &pages);
+
 /// A picture at many scales, icons, and labels over a picture.
 void imagesChapter(Pages &pages);

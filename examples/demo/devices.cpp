@@ -119,7 +119,7 @@ void devicesChapter(Pages &pages)
                drawOutlines(sheet, model);
                panel(sheet, 220, 10, "synthetic image");
                drawPicture(sheet, synthetic(model));
-               panel(sheet, 430, 10, "with directions, plus and minus side");
+               panel(sheet, 430, 10, "directions and sides");
                for (Poly const &poly : model.polys())
                  poly.drawDirectionArrows(pose(), sheet.tablet, 6.0);
                drawOutlines(sheet, model);

@@ -45,6 +45,7 @@ void gx_UISketchOpPelBuf8::describe(Io &io, Op &op)
     io("flag", op.flag_);
     if constexpr (Io::reads) {
       io.require(op.width_ >= 0 && op.height_ >= 0);
+      io.require(!io.version0() || op.width_ > 0 || op.height_ == 0);  // else any number of rows, out of no bytes
       auto *const pels = const_cast<unsigned char *>(io.take(long(op.width_) * op.height_));
       gxPtrHandle<gxPelRoot<unsigned char>> const root(new gxPelRoot<unsigned char>(op.width_, op.height_, pels, 1));
       op.buffer_ = gxPelBuffer<unsigned char>(root);

@@ -117,8 +117,8 @@ class gx_SyntheticFill::Pieces
     return true;
   }
 
-  /// Calls visit(first row, number of rows, columns) for each band; the columns of a piece stand in a row of their own
-  /// in the last one, and there is room to change their order.
+  /// Calls visit(first row, number of rows, columns, all alike) for each band. The columns of each piece stand
+  /// together; the pieces may be put into another order. Those of all rows are alike if no piece leaves its column.
   template <class Visit>
   void visitBands(Visit visit)
   {
@@ -143,12 +143,13 @@ class gx_SyntheticFill::Pieces
       std::size_t const n = static_cast<std::size_t>(end - begin);
       columns_.resize(std::max(columns_.size(), active.size() * n));
       rows.clear();
+      bool alike = true;
       for (Piece const &piece : active) {
         std::int32_t *const columns = columns_.data() + rows.size() * n;
-        cross(piece, begin, end, columns);
+        alike &= cross(piece, begin, end, columns);
         rows.push_back(columns);
       }
-      visit(begin, n, rows);
+      visit(begin, n, rows, alike);
     }
   }
 
@@ -231,28 +232,47 @@ class gx_SyntheticFill::Pieces
     }
   }
 
-  /// Rounded by cutting off, which is the floor above the lowest column there is.
-  void cross(Piece const &piece, std::int32_t begin, std::int32_t end, std::int32_t *columns)
+  struct Rounded {
+    std::int32_t column;
+    bool isClear;
+  };
+  /// By cutting off, which is the floor above the lowest column that there is.
+  static Rounded rounded(double x)
   {
     constexpr double shift = 2.0 * tame;
-    char *const isExact = isExact_.data();
+    double const shifted = x + (0.5 + shift);
+    auto const whole = static_cast<std::int32_t>(shifted);
+    double const rest = shifted - static_cast<double>(whole);
+    return {whole - static_cast<std::int32_t>(shift), std::abs(rest - 0.5) <= 0.5 - unclear};
+  }
+
+  /// True if the column is the same on all rows.
+  bool cross(Piece const &piece, std::int32_t begin, std::int32_t end, std::int32_t *columns)
+  {
     auto const put = [&](std::int32_t row, double x) {
-      double const shifted = x + (0.5 + shift);
-      auto const whole = static_cast<std::int32_t>(shifted);
-      double const rest = shifted - static_cast<double>(whole);
-      columns[row - begin] = whole - static_cast<std::int32_t>(shift);
-      if (std::abs(rest - 0.5) > 0.5 - unclear)
-        isExact[row] = 1;
+      Rounded const r = rounded(x);
+      columns[row - begin] = r.column;
+      if (!r.isClear)
+        isExact_[static_cast<std::size_t>(row)] = 1;
     };
     if (piece.perRadius == 0.0) {
+      auto const at = [&](std::int32_t row) {
+        return piece.x + piece.slope * (static_cast<double>(row) - piece.middle);
+      };
+      Rounded const first = rounded(at(begin)), last = rounded(at(end - 1));
+      if (first.isClear && last.isClear && first.column == last.column) {
+        std::fill_n(columns, end - begin, first.column);
+        return true;
+      }
       for (std::int32_t row = begin; row < end; ++row)
-        put(row, piece.x + piece.slope * (static_cast<double>(row) - piece.middle));
-      return;
+        put(row, at(row));
+      return false;
     }
     for (std::int32_t row = begin; row < end; ++row) {
       double const h = static_cast<double>(row) - piece.middle, t = h * piece.perRadius;
       put(row, piece.x + piece.slope * h + piece.bow * std::sqrt(std::max(0.0, 1.0 - t * t)));
     }
+    return false;
   }
 
   gxSMDGDPoly const &poly_;
@@ -267,6 +287,10 @@ class gx_SyntheticFill::Pieces
 // pieces share a column, the exact rule takes a middle that is known to a pel only, so the next run must be wider.
 bool gx_SyntheticFill::fillByParity(unsigned char *row, std::int32_t const *columns, std::size_t n) const
 {
+  if (n == 2) {
+    fillRun(row, columns[0], columns[1]);
+    return true;
+  }
   if (n % 2)
     return false;
   bool share = false, narrow = false;
@@ -282,6 +306,23 @@ bool gx_SyntheticFill::fillByParity(unsigned char *row, std::int32_t const *colu
   return true;
 }
 
+/// Puts the pieces in the order of their columns on a row, which is nearly that on the row before, and notes these.
+void gx_SyntheticFill::sortPieces(std::vector<std::int32_t const *> &pieces, std::size_t row,
+                                  std::vector<std::int32_t> &columns)
+{
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    std::int32_t const *const piece = pieces[i];
+    std::int32_t const column = piece[row];
+    std::size_t k = i;
+    for (; k > 0 && columns[k - 1] > column; --k) {
+      columns[k] = columns[k - 1];
+      pieces[k] = pieces[k - 1];
+    }
+    columns[k] = column;
+    pieces[k] = piece;
+  }
+}
+
 void gx_SyntheticFill::fill()
 {
   long const first = window_.window().y(), numRows = window_.height(), step = window_.rowStep();
@@ -290,24 +331,16 @@ void gx_SyntheticFill::fill()
   bool const isSure = pieces.find();
   std::vector<std::int32_t> columns;
   if (isSure)
-    pieces.visitBands([&](long begin, std::size_t n, std::vector<std::int32_t const *> &rows) {
+    pieces.visitBands([&](long begin, std::size_t n, std::vector<std::int32_t const *> &rows, bool alike) {
       columns.resize(rows.size());
+      bool isSorted = false;
       for (std::size_t r = 0; r < n; ++r) {
         long const row = begin + static_cast<long>(r);
         if (pieces.isExact(row))
           continue;
-        // The order of the pieces on one row is nearly that on the next.
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-          std::int32_t const *const piece = rows[i];
-          std::int32_t const column = piece[r];
-          std::size_t k = i;
-          for (; k > 0 && columns[k - 1] > column; --k) {
-            columns[k] = columns[k - 1];
-            rows[k] = rows[k - 1];
-          }
-          columns[k] = column;
-          rows[k] = piece;
-        }
+        if (!isSorted)
+          sortPieces(rows, r, columns);
+        isSorted = alike;
         if (!fillByParity(pels + row * step, columns.data(), columns.size()))
           pieces.leaveToRule(row);
       }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 /// Fills the inside of a closed outline in an image, row by row.
 ///
@@ -34,6 +35,8 @@ class GX_API gx_SyntheticFill
  private:
   class Pieces;
   void fillRun(unsigned char *row, long from, long to) const;
+  static void sortPieces(std::vector<std::int32_t const *> &pieces, std::size_t row,
+                         std::vector<std::int32_t> &columns);
   bool fillByParity(unsigned char *row, std::int32_t const *columns, std::size_t n) const;
 
   gxSMDGDPoly const &poly_;

@@ -243,6 +243,20 @@ void CropWalk::finish()
   pieces_.front() = std::move(piece_);
 }
 
+/// A fillet beside a cut one may find less than it needs when all are found anew. As the piece grows, it is found while
+/// its segment is the last one, which it may use up.
+Poly made(CropWalk::Piece const &piece)
+{
+  Poly poly;
+  try {
+    poly.vertices(piece);
+  } catch (Poly::invalidRounding const &) {
+    for (Vertex const &v : piece)
+      poly << v;
+  }
+  return poly;
+}
+
 }  // namespace
 
 gxSMDGDModel gxSMDGDPolyPrivate::crop(Poly const &poly, Poly const &mask, bool keepInside)
@@ -258,7 +272,7 @@ gxSMDGDModel gxSMDGDPolyPrivate::crop(Poly const &poly, Poly const &mask, bool k
     if (walk.isWhole())
       cut = gx_PolyFields::geometryOf(poly);
     else
-      cut.vertices(piece);
+      cut = made(piece);
     cut.directionReversed_ = poly.directionReversed_;
     result << cut;
   }

@@ -161,16 +161,29 @@ void gx_CropPath::findPoints()
     box = {box.left - tolerance_, box.bottom - tolerance_, box.right + tolerance_, box.top + tolerance_};
     std::array<std::size_t, 2> const own = {2 * i, (2 * i + 2 * n - 1) % (2 * n)};  // those in the box
     mask_.anyPieceNear(box, [&](gx_RoundedPiece const &of) {
-      for (std::size_t const at : own) {
-        if (!pieces_[at].shape)
-          continue;
-        gx_RoundedPiece const &shape = *pieces_[at].shape;
-        for (V const &p : gx_meet(shape, of, tolerance_))
-          add(at, p, crossesSurely(shape, of, p, kJointMargin * tolerance_));
-      }
+      for (std::size_t const at : own)
+        if (pieces_[at].shape)
+          findPointsOf(at, of);
       return false;
     });
   }
+}
+
+/// Where outlines run along each other before and behind a joint of a line and an arc, they leave each other there, and
+/// the pieces themselves have no point in common.
+void gx_CropPath::findPointsOf(std::size_t piece, gx_RoundedPiece const &of)
+{
+  gx_RoundedPiece const &shape = *pieces_[piece].shape;
+  for (V const &p : gx_meet(shape, of, tolerance_))
+    add(piece, p, crossesSurely(shape, of, p, kJointMargin * tolerance_));
+  if (std::holds_alternative<gx2SegmentArc>(shape))
+    for (V const &end : {pieces_[piece].start, pieces_[piece].end})
+      if (gx_holds(of, end, tolerance_))
+        add(piece, end, false);
+  if (auto const *arc = std::get_if<gx2SegmentArc>(&of))
+    for (V const &end : {arc->p1(), arc->p2()})
+      if (gx_holds(shape, end, tolerance_))
+        add(piece, end, false);
 }
 
 /// What lies at the end of a segment belongs to the vertex there; its place is that of the joint.

@@ -82,6 +82,7 @@ class gx_CropPath
 
   void makePieces();
   void findPoints();
+  void findPointsOf(std::size_t piece, gx_RoundedPiece const &of);
   void add(std::size_t piece, gxVector<2> const &point, bool crosses);
   void mergeDoubles();
   std::vector<Side> findSides(bool trusting) const;

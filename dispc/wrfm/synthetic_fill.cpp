@@ -31,6 +31,9 @@ constexpr double nearEnd = 1e-4;
 constexpr double tame = 1e5;
 /// Lines flatter than this are left to the exact rule.
 constexpr double flattest = 1e4;
+/// So are the rows of arcs that are larger than this, in pels, as a column is off by radius^1.5 * 1e-14 near their
+/// extrema; and beyond the second all of the outline, as even their ends are not sure.
+constexpr double largeArc = 2e4, largestArc = 1e6;
 
 }  // namespace
 
@@ -108,10 +111,11 @@ class gx_SyntheticFill::Pieces
       int const i = static_cast<int>(v);
       if (vertices[v].segmentAngleSpan().value() == 0.0 || Private::isLineSegment_(poly_, i))
         addLine(map_.mapPoint(starts[v == 0 ? n - 1 : v - 1]), map_.mapPoint(ends[v]));
-      else
-        addArc(Private::roundedArcSegment_(poly_, i));
-      if (vertices[v].vertexRadius() != 0.0 && Private::vertexIsRounded_(poly_, i))
-        addArc(Private::roundedArcVertex_(poly_, i));
+      else if (!addArc(Private::roundedArcSegment_(poly_, i)))
+        return false;
+      if (vertices[v].vertexRadius() != 0.0 && Private::vertexIsRounded_(poly_, i) &&
+          !addArc(Private::roundedArcVertex_(poly_, i)))
+        return false;
     }
     std::sort(pieces_.begin(), pieces_.end(), [](Piece const &p, Piece const &q) { return p.first < q.first; });
     return true;
@@ -210,11 +214,15 @@ class gx_SyntheticFill::Pieces
   }
 
   // The image of the arc is C + U cos t + V sin t. Seen from the angle where it is highest, its height is a cosine.
-  void addArc(gx2SegmentArc const &arc)
+  // False if it is too large to be sure of anything.
+  bool addArc(gx2SegmentArc const &arc)
   {
     Point const center = arc.center(), c = map_.mapPoint(center);
     double const radius = arc.p1().distance(center);
     Point const u = map_.mapVector(Point(radius, 0.0)), v = map_.mapVector(Point(0.0, radius));
+    double const size = std::max({std::abs(u.x()), std::abs(u.y()), std::abs(v.x()), std::abs(v.y())});
+    if (!(size < largestArc))
+      return false;
     double const height = std::hypot(u.y(), v.y()), turn = std::atan2(v.y(), u.y());
     double const slope = (u.x() * u.y() + v.x() * v.y()) / (height * height);
     double const bow = (v.x() * u.y() - u.x() * v.y()) / height;
@@ -228,8 +236,12 @@ class gx_SyntheticFill::Pieces
       double const high = c.y() + height, low = c.y() - height;
       double const y0 = k * half > from ? (isEven ? high : low) : ends[0];
       double const y1 = (k + 1.0) * half < to ? (isEven ? low : high) : ends[1];
-      add(std::min(y0, y1), std::max(y0, y1), {0, 0, c.y(), c.x(), slope, isEven ? bow : -bow, 1.0 / height});
+      if (size > largeArc)
+        mark(std::min(y0, y1), std::max(y0, y1));
+      else
+        add(std::min(y0, y1), std::max(y0, y1), {0, 0, c.y(), c.x(), slope, isEven ? bow : -bow, 1.0 / height});
     }
+    return true;
   }
 
   struct Rounded {
@@ -283,16 +295,17 @@ class gx_SyntheticFill::Pieces
   std::vector<std::int32_t> columns_;  ///< of one band
 };
 
+// The row of the exact rule ends 5 pels beyond the sharp outline; what a fillet has further out is not on it.
 // Between columns that are clear of each other the inside is where an odd number of pieces lies to the left. Where two
 // pieces share a column, the exact rule takes a middle that is known to a pel only, so the next run must be wider.
 bool gx_SyntheticFill::fillByParity(unsigned char *row, std::int32_t const *columns, std::size_t n) const
 {
+  if (n == 0 || n % 2 || columns[0] <= left_ || columns[n - 1] >= right_)
+    return false;
   if (n == 2) {
     fillRun(row, columns[0], columns[1]);
     return true;
   }
-  if (n % 2)
-    return false;
   bool share = false, narrow = false;
   for (std::size_t i = 1; i < n; ++i) {
     std::int32_t const gap = columns[i] - columns[i - 1];

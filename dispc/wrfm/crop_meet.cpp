@@ -29,6 +29,11 @@ Box around(V const &p, double margin)
   return {p.x() - margin, p.y() - margin, p.x() + margin, p.y() + margin};
 }
 
+Box widened(Box const &box, double margin)
+{
+  return {box.left - margin, box.bottom - margin, box.right + margin, box.top + margin};
+}
+
 struct Length {
   double operator()(V const &) const { return 0.0; }
   template <class Segment>
@@ -120,6 +125,11 @@ bool gx_CropMask::holds(V const &p) const
 gx_CropPath::gx_CropPath(gxSMDGDPoly const &poly, gxSMDGDPoly const &mask, bool keepInside)
     : poly_(poly), mask_(mask), tolerance_(gx_PolyFields::onPieceTolerance(poly, mask))
 {
+  gx_PolyBoxes const *const own = gx_PolyFields::boxes(poly);
+  if (own && poly.numSegments() > 0 && !widened(own->whole(), tolerance_).meets(mask_.box())) {
+    beginsKept_ = !keepInside;
+    return;
+  }
   makePieces();
   findPoints();
   mergeDoubles();
@@ -158,9 +168,8 @@ void gx_CropPath::findPoints()
   for (std::size_t i = 0; i < n; ++i) {
     Box box = around(poly_.vertices()[i].point(), tolerance_);
     box.add(gx_PolyFields::boxAt(poly_, static_cast<int>(i)));
-    box = {box.left - tolerance_, box.bottom - tolerance_, box.right + tolerance_, box.top + tolerance_};
     std::array<std::size_t, 2> const own = {2 * i, (2 * i + 2 * n - 1) % (2 * n)};  // those in the box
-    mask_.anyPieceNear(box, [&](gx_RoundedPiece const &of) {
+    mask_.anyPieceNear(widened(box, tolerance_), [&](gx_RoundedPiece const &of) {
       for (std::size_t const at : own)
         if (pieces_[at].shape)
           findPointsOf(at, of);

@@ -13,11 +13,6 @@ namespace
 using Poly = gxSMDGDPoly;
 using Model = gxSMDGDModel;
 
-gx_PolyBoxes::Box widened(gx_PolyBoxes::Box const &box, double by)
-{
-  return {box.left - by, box.bottom - by, box.right + by, box.top + by};
-}
-
 /// An outline held against others: whether it meets them.
 class Crossing
 {
@@ -30,13 +25,13 @@ class Crossing
   bool meets(Crossing const &other) const
   {
     double const tolerance = gx_PolyFields::onPieceTolerance(poly_, other.poly_);
-    if (!widened(tree_.box(), tolerance).meets(other.tree_.box()))
+    if (!tree_.box().widened(tolerance).meets(other.tree_.box()))
       return false;
     for (int i = 0; i < poly_.numVertices(); ++i) {
       gxVector<2> const p = poly_.vertex(i, false).point();
       gx_PolyBoxes::Box box = gx_PolyFields::boxAt(poly_, i);
       box.add({p.x(), p.y(), p.x(), p.y()});
-      if (other.tree_.anyPieceNear(widened(box, tolerance),
+      if (other.tree_.anyPieceNear(box.widened(tolerance),
                                    [&](gx_RoundedPiece const &of) { return meetsAt(i, of, tolerance); }))
         return true;
     }

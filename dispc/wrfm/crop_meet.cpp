@@ -26,12 +26,7 @@ constexpr std::array<double, 3> kSamples = {0.4871, 0.2113, 0.7637};
 
 Box around(V const &p, double margin)
 {
-  return {p.x() - margin, p.y() - margin, p.x() + margin, p.y() + margin};
-}
-
-Box widened(Box const &box, double margin)
-{
-  return {box.left - margin, box.bottom - margin, box.right + margin, box.top + margin};
+  return Box{p.x(), p.y(), p.x(), p.y()}.widened(margin);
 }
 
 struct Length {
@@ -126,7 +121,7 @@ gx_CropPath::gx_CropPath(gxSMDGDPoly const &poly, gxSMDGDPoly const &mask, bool 
     : poly_(poly), mask_(mask), tolerance_(gx_PolyFields::onPieceTolerance(poly, mask))
 {
   gx_PolyBoxes const *const own = gx_PolyFields::boxes(poly);
-  if (own && poly.numSegments() > 0 && !widened(own->whole(), tolerance_).meets(mask_.box())) {
+  if (own && poly.numSegments() > 0 && !own->whole().widened(tolerance_).meets(mask_.box())) {
     beginsKept_ = !keepInside;
     return;
   }
@@ -169,7 +164,7 @@ void gx_CropPath::findPoints()
     Box box = around(poly_.vertices()[i].point(), tolerance_);
     box.add(gx_PolyFields::boxAt(poly_, static_cast<int>(i)));
     std::array<std::size_t, 2> const own = {2 * i, (2 * i + 2 * n - 1) % (2 * n)};  // those in the box
-    mask_.anyPieceNear(widened(box, tolerance_), [&](gx_RoundedPiece const &of) {
+    mask_.anyPieceNear(box.widened(tolerance_), [&](gx_RoundedPiece const &of) {
       for (std::size_t const at : own)
         if (pieces_[at].shape)
           findPointsOf(at, of);
@@ -201,6 +196,8 @@ void gx_CropPath::add(std::size_t piece, V const &point, bool crosses)
   std::size_t const all = pieces_.size();
   Piece const &found = pieces_[piece];
   double const along = std::visit(Along{point}, *found.shape);
+  if (!std::isfinite(along))
+    return;  // too large to reckon with
   bool const isFirst = along <= 0.5 * found.length;
   V const joint = isFirst ? found.start : found.end;
   if (!(joint.distance(point) <= tolerance_)) {

@@ -31,6 +31,7 @@ class gx_PolyBoxes
       right = std::max(right, b.right);
       top = std::max(top, b.top);
     }
+    Box widened(double by) const { return {left - by, bottom - by, right + by, top + by}; }
     bool meets(Box const &b) const
     {
       return (left <= b.right) & (b.left <= right) & (bottom <= b.top) & (b.bottom <= top);

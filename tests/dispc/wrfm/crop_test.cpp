@@ -265,6 +265,7 @@ TEST(CropPieces, ofARectangle)
       expectPieces(within(row, true), {});
     }
   // A mask with the outline of the rectangle keeps it.
+  expectPieces(Private::crop(rect, rect, true), {all}, true);
   expectPieces(within(all, true), {all}, true);
   expectPieces(within(reversed(all), false), {});
 
@@ -368,6 +369,17 @@ TEST(CropErrors, tellWhatIsWrongAndLeaveTheInputs)
   std::string const before = tight.allFields();
   expectError<Poly::invalidRounding>([&] { return Private::crop(tight, wedge, false); });
   EXPECT_EQ(tight.allFields(), before);
+
+  // As large as it gets: right as long as the numbers are, and no hang then.
+  for (double const scale : {1e-6, 1e100, 1e160, 1e300})
+    for (double const span : {0.0, 90.0})
+      try {
+        Outline const wide = outlineOf({{4 * scale, 0, 0, span}, {4 * scale, 4 * scale}, {0, 4 * scale}, {0, 0}});
+        Model const half = Private::crop(wide, Poly::rectangle(8 * scale, 6 * scale, {6 * scale, 2 * scale}), true);
+        EXPECT_TRUE(scale > 1e150 || (half.numPolys() == 1 && half.poly(0).isOpen())) << scale << half;
+      } catch (gxException const &) {
+        EXPECT_GT(scale, 1e150);
+      }
 
   using Models = gxSMDGDModelPrivate;
   Model nested, far;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -35,6 +36,18 @@ constexpr double flattest = 1e4;
 /// extrema; and beyond the second all of the outline, as even their ends are not sure.
 constexpr double largeArc = 2e4, largestArc = 1e6;
 
+/// Pins are often a few pels wide, for which a call costs more than the bytes.
+void setBytes(unsigned char *to, std::size_t n, unsigned char value)
+{
+  if (n < 8 || n > 16) {
+    std::memset(to, value, n);
+    return;
+  }
+  std::uint64_t const eight = value * std::uint64_t{0x0101010101010101};
+  std::memcpy(to, &eight, 8);
+  std::memcpy(to + n - 8, &eight, 8);
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- the exact rule
@@ -55,7 +68,7 @@ void gx_SyntheticFill::fillRun(unsigned char *row, long from, long to) const
 {
   long const wl = window_.window().x(), a = std::max(from, wl), b = std::min(to, wl + window_.width());
   if (a < b)
-    std::memset(row + (a - wl), value_, static_cast<std::size_t>(b - a));
+    setBytes(row + (a - wl), static_cast<std::size_t>(b - a), value_);
 }
 
 // Of points in one column the later one comes first.
@@ -298,25 +311,26 @@ class gx_SyntheticFill::Pieces
 // The row of the exact rule ends 5 pels beyond the sharp outline; what a fillet has further out is not on it.
 // Between columns that are clear of each other the inside is where an odd number of pieces lies to the left. Where two
 // pieces share a column, the exact rule takes a middle that is known to a pel only, so the next run must be wider.
-bool gx_SyntheticFill::fillByParity(unsigned char *row, std::int32_t const *columns, std::size_t n) const
+bool gx_SyntheticFill::isClear(std::vector<std::int32_t> const &columns) const
 {
-  if (n == 0 || n % 2 || columns[0] <= left_ || columns[n - 1] >= right_)
+  std::size_t const n = columns.size();
+  if (n == 0 || n % 2 || columns.front() <= left_ || columns.back() >= right_)
     return false;
-  if (n == 2) {
-    fillRun(row, columns[0], columns[1]);
+  if (n == 2)
     return true;
-  }
   bool share = false, narrow = false;
   for (std::size_t i = 1; i < n; ++i) {
     std::int32_t const gap = columns[i] - columns[i - 1];
     share |= gap == 0;
     narrow |= gap == 1 || gap == 2;
   }
-  if (share && narrow)
-    return false;
-  for (std::size_t i = 1; i < n; i += 2)
+  return !(share && narrow);
+}
+
+void gx_SyntheticFill::fillByParity(unsigned char *row, std::vector<std::int32_t> const &columns) const
+{
+  for (std::size_t i = 1; i < columns.size(); i += 2)
     fillRun(row, columns[i - 1], columns[i]);
-  return true;
 }
 
 /// Puts the pieces in the order of their columns on a row, which is nearly that on the row before, and notes these.
@@ -346,15 +360,19 @@ void gx_SyntheticFill::fill()
   if (isSure)
     pieces.visitBands([&](long begin, std::size_t n, std::vector<std::int32_t const *> &rows, bool alike) {
       columns.resize(rows.size());
-      bool isSorted = false;
+      bool isKnown = false, clear = false;  // of the row before
       for (std::size_t r = 0; r < n; ++r) {
         long const row = begin + static_cast<long>(r);
         if (pieces.isExact(row))
           continue;
-        if (!isSorted)
+        if (!isKnown) {
           sortPieces(rows, r, columns);
-        isSorted = alike;
-        if (!fillByParity(pels + row * step, columns.data(), columns.size()))
+          clear = isClear(columns);
+        }
+        isKnown = alike;
+        if (clear)
+          fillByParity(pels + row * step, columns);
+        else
           pieces.leaveToRule(row);
       }
     });

@@ -142,6 +142,23 @@ class EdgePels
     *pel = static_cast<unsigned char>(static_cast<int>((far - near) * weight + near + 0.5));
   }
 
+  /// The same for pels from column @p first through @p last. Their neighbours, which are not written here, are mostly
+  /// those of the pel before.
+  void blendRun(long first, long last, long v, double weight) const
+  {
+    unsigned char *pel = origin_ + first * along_ + v * across_;
+    int near = -1, far = -1;
+    unsigned char mean = 0;
+    for (long n = last - first + 1; n > 0; --n, pel += along_) {
+      if (pel[-across_] != near || pel[across_] != far) {
+        near = pel[-across_];
+        far = pel[across_];
+        mean = static_cast<unsigned char>(static_cast<int>((far - near) * weight + near + 0.5));
+      }
+      *pel = mean;
+    }
+  }
+
  private:
   Buffer const &buffer_;
   unsigned char *origin_;  ///< where pel (0, 0) of the root would lie
@@ -187,9 +204,14 @@ void drawSmooth(Buffer const &buffer, Point const &a, Point const &b)
   Pels const pels(buffer);
   double v1 = line.vAt(double(first));
   long r1 = gf_nudgedFloor(v1);
-  long const rEnd = gf_nudgedFloor(line.vAt(double(last + 1)));
+  double const vEnd = line.vAt(double(last + 1));
+  long const rEnd = gf_nudgedFloor(vEnd);
   // The last column may end in a row that the end itself does not reach, and look one row farther.
   bool const isInside = pels.holds(first, std::min(r1, rEnd) - 1) && pels.holds(last, std::max(r1, rEnd) + 1);
+  if (isInside && vEnd == v1) {  // and so everywhere, as each step of the formula is monotone
+    pels.blendRun(first, last, r1, ((double(r1 + 1) - v1) + (double(r1 + 1) - v1)) * 0.5);
+    return;
+  }
   for (long u = first; u <= last; ++u) {
     double const v0 = v1, u0 = double(u), u1 = double(u + 1);
     long const r0 = r1;

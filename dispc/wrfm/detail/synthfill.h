@@ -37,7 +37,8 @@ class GX_API gx_SyntheticFill
   void fillRun(unsigned char *row, long from, long to) const;
   static void sortPieces(std::vector<std::int32_t const *> &pieces, std::size_t row,
                          std::vector<std::int32_t> &columns);
-  bool fillByParity(unsigned char *row, std::int32_t const *columns, std::size_t n) const;
+  bool isClear(std::vector<std::int32_t> const &columns) const;
+  void fillByParity(unsigned char *row, std::vector<std::int32_t> const &columns) const;
 
   gxSMDGDPoly const &poly_;
   gxXform<2> const map_, modelFromPel_;

@@ -1,4 +1,4 @@
-# The installed tree: include/gxdisplay/{foundation,dispc,backends,conformance}/..., the libraries, a CMake package with a target
+# The installed tree: include/gxdisplay/{foundation,dispc,backends,conformance,footprint}/..., the libraries, a CMake package with a target
 # gxdisplay::NAME for each library, and a pkg-config file for each of them.
 
 include(CMakePackageConfigHelpers)
@@ -29,9 +29,11 @@ foreach(backend IN ITEMS pels png cairo)
   endif()
 endforeach()
 
-if(TARGET gxdisplay_conformance)
-  gx_install_headers(conformance .)
-endif()
+foreach(library IN ITEMS conformance footprint)
+  if(TARGET gxdisplay_${library})
+    gx_install_headers(${library} .)
+  endif()
+endforeach()
 
 install(EXPORT gxdisplay FILE gxdisplay-targets.cmake NAMESPACE gxdisplay:: DESTINATION ${GXDISPLAY_CMAKEDIR})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/gxdisplay-config.cmake.in
@@ -62,4 +64,7 @@ if(TARGET gxdisplay_cairo)
 endif()
 if(TARGET gxdisplay_conformance)
   gx_pkg_config(gxdisplay_conformance "Checks of surfaces for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
+endif()
+if(TARGET gxdisplay_footprint)
+  gx_pkg_config(gxdisplay_footprint "Land patterns for gxdisplay" "gxdisplay = ${PROJECT_VERSION}")
 endif()

@@ -43,8 +43,8 @@ class House : public testing::Test
 {
  protected:
   House()
-      : files_(house::readFiles(GX_SOURCE_ROOT, {"foundation", "dispc", "backends", "conformance", "tools", "examples",
-                                                 "bench", "fuzz", "tests"}))
+      : files_(house::readFiles(GX_SOURCE_ROOT, {"foundation", "dispc", "backends", "conformance", "footprint", "tools",
+                                                 "examples", "bench", "fuzz", "tests"}))
   {
     std::ifstream rows(GX_SOURCE_ROOT "/tests/house/floors.txt");
     floors_.emplace(rows);

@@ -11,6 +11,9 @@
 #ifdef CONSUMER_CONFORMANCE
 #include "conformance/surfacecheck.h"
 #endif
+#ifdef CONSUMER_FOOTPRINT
+#include "footprint/models.h"
+#endif
 
 #include <cstdio>
 #include <iostream>
@@ -83,6 +86,10 @@ int main()
 #endif
 #ifdef CONSUMER_CONFORMANCE
   check(!gfSurfaceRules().empty(), "there are no rules for surfaces");
+#endif
+#ifdef CONSUMER_FOOTPRINT
+  gxFootprint const pattern = gxFootprint::read("(module one (pad 1 smd rect (at 0 0) (size 2 1) (layers F.Cu)))");
+  check(gfFootprintModels(pattern).pads.numVertices() == 4, "a pad is no rectangle");
 #endif
   return failures;
 }

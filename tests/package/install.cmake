@@ -6,7 +6,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} O
 
 file(GLOB_RECURSE installed RELATIVE ${PREFIX} ${PREFIX}/*)
 foreach(path IN LISTS installed)
-  if(path MATCHES "^include/" AND NOT path MATCHES "^include/gxdisplay/(foundation|dispc|backends|conformance)/.*\\.h$")
+  if(path MATCHES "^include/" AND NOT path MATCHES "^include/gxdisplay/(foundation|dispc|backends|conformance|footprint)/.*\\.h$")
     message(SEND_ERROR "${path} does not belong among the headers")
   endif()
   if(path MATCHES "_detail\\.h$|/detail/")

@@ -1,3 +1,4 @@
+#include "dispc/wrfm/detail/synthetic.h"
 #include "dispc/wrfm/detail/synthfill.h"
 #include "dispc/wrfm/genpoly.h"
 #include "dispc/wrfm/model.h"
@@ -34,6 +35,9 @@ unsigned char greyOf(gxSMDGDPoly const &poly)
 void drawEdges(gxSMDGDPoly const &poly, gxXform<2> const &xform, Buffer const &window, unsigned char value, bool smooth)
 {
   auto const colour = static_cast<signed char>(value);
+  auto const drawLine = [&](gx2SegmentLine const &line) {
+    gf_drawSyntheticLine(window, line.p1(), line.p2(), xform, value, smooth);
+  };
   auto const drawArc = [&](gx2SegmentArc const &arc) {
     drawArcPelBuf(window, arc, xform, colour, smooth, nullptr, nullptr, nullptr, nullptr);
   };
@@ -41,7 +45,7 @@ void drawEdges(gxSMDGDPoly const &poly, gxXform<2> const &xform, Buffer const &w
     if (Private::previousSegmentIndex_(poly, v) == -1)
       continue;
     if (Private::isLineSegment_(poly, v))
-      drawLinePelBuf(window, Private::roundedLineSegment_(poly, v), xform, colour, smooth);
+      drawLine(Private::roundedLineSegment_(poly, v));
     else
       drawArc(Private::roundedArcSegment_(poly, v));
     if (Private::vertexIsRounded_(poly, v) && !Private::isEndVertex(poly, v))
@@ -55,15 +59,18 @@ void drawEdges(gxSMDGDPoly const &poly, gxXform<2> const &xform, Buffer const &w
 class Samples
 {
  public:
-  explicit Samples(gx2XformBase const &xform)
-      : xform_(xform), scale_(xform.linearXform(Point()).matrix().scale()), isLinear_(xform.isLinear())
+  Samples(gx2XformBase const &xform, long numVertices)
+      : xform_(xform),
+        scale_(xform.linearXform(Point()).matrix().scale()),
+        isLinear_(xform.isLinear()),
+        mostOnLine_(std::max<long>(most / std::max<long>(numVertices, 1), 2))
   {
   }
 
   void add(gx2SegmentLine const &line)
   {
     long const wanted = isLinear_ ? 2 : gf_truncate(line.length() * scale_ * 0.3333333333333333);
-    long const n = std::clamp<long>(wanted, 2, most);
+    long const n = std::clamp<long>(wanted, 2, mostOnLine_);
     for (long i = 0; i < n; ++i)
       addPoint(line.segPoint(static_cast<double>(i) / static_cast<double>(n - 1)));
   }
@@ -76,9 +83,12 @@ class Samples
       addPoint(arc.segPoint(t > 0.999999 ? 1.0 : t));
     }
   }
-  /// Turned towards growing angles, and without a last point that is the first one again.
+  /// Turned towards growing angles, and without a last point that is the first one again. None if one of them lies
+  /// nowhere.
   std::vector<Point> take()
   {
+    if (isLost_)
+      return {};
     double sum = 0.0;
     for (std::size_t i = 0; i < points_.size(); ++i)
       sum += points_[i].cross(points_[(i + 1) % points_.size()]);
@@ -90,7 +100,8 @@ class Samples
   }
 
  private:
-  static constexpr long most = 1'000'000;
+  static constexpr long most = 2'000'000;  ///< points of lines, so that an image without bounds is left in time
+  static constexpr double beyondReckoning = 1e100;
 
   static bool coincide(Point const &a, Point const &b)
   {
@@ -99,6 +110,7 @@ class Samples
   void addPoint(Point const &p)
   {
     Point const image = xform_.mapPoint(p);
+    isLost_ |= !(std::abs(image.x()) + std::abs(image.y()) < beyondReckoning);
     if (points_.empty() || !coincide(image, points_.back()))
       points_.push_back(image);
   }
@@ -106,6 +118,8 @@ class Samples
   gx2XformBase const &xform_;
   double const scale_;
   bool const isLinear_;
+  long const mostOnLine_;
+  bool isLost_ = false;
   std::vector<Point> points_;
 };
 
@@ -145,10 +159,13 @@ void fillPolygon(std::vector<Point> const &points, Buffer const &buffer, unsigne
   struct Corner {
     long x, y;
   };
-  std::vector<Corner> corners;
+  std::vector<Corner> corners;  // without those that repeat the one before
   long top = window.y() + window.height(), bottom = window.y();
   for (Point const &p : points) {
-    corners.push_back({gfIFloor(p.x()), gfIFloor(p.y())});
+    Corner const c{gfIFloor(p.x()), gfIFloor(p.y())};
+    if (!corners.empty() && c.x == corners.back().x && c.y == corners.back().y)
+      continue;
+    corners.push_back(c);
     top = std::min(top, corners.back().y);
     bottom = std::max(bottom, corners.back().y);
   }
@@ -217,7 +234,7 @@ void gxSMDGDPolyPrivate::drawSynthetic(gxSMDGDPoly const &poly, Handle const &xf
   }
   Handle const client(new gx2XformLinear(buffer.imageFromClientXform()));
   Handle const image = gx2XformBase::compose(client, xform);
-  Samples samples(*image);
+  Samples samples(*image, poly.numVertices());
   for (int v = 0; v < poly.numVertices(); ++v) {
     if (Private::isLineSegment_(poly, v))
       samples.add(Private::roundedLineSegment_(poly, v));

@@ -251,6 +251,16 @@ TEST(SyntheticImages, BadInputPaintsNothing)
     square.drawSynthetic(gxXform<2>(gxMatrix<2>(1, 0, 0, 1), far), buffer);
   EXPECT_THROW(square.drawSynthetic(gxXform<2>(gxMatrix<2>(1, 0, 0, 1), Point(1e300, 0)), buffer),
                gxShapesError::DegenerateShape);
+  // Through a transform that bends, too: lines of as many points as there are pels would take all memory.
+  Handle const lens(new gx2XformLens({4, 4}, 50, 1e-6));
+  for (double const scale : {1e9, 1e200, inf, std::nan("")}) {
+    buffer.imageFromClientXform(gxXform<2>(gxMatrix<2>(scale, 0, 0, 1), Point(scale, 0)));
+    try {
+      square.drawSynthetic(lens, buffer);
+    } catch (gxException const &) {  // of the transform
+    }
+  }
+  buffer.imageFromClientXform(gxXform<2>());
   EXPECT_EQ(spans(buffer), ". . . . . . . . ");
   // The window lies deep inside of an outline that is far larger.
   square.drawSynthetic(gxXform<2>(gxMatrix<2>(1e8, 0, 0, 1e8), Point(-4e8, -4e8)), buffer);

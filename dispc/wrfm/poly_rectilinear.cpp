@@ -15,8 +15,8 @@ namespace
 using Poly = gxSMDGDPoly;
 using Private = gxSMDGDPolyPrivate;
 
-/// Half way between two axes.
-double const halfWay = std::sin(0.7853981633974483);
+// Half way between two axes. The two differ in the last bit, which decides for chords at 45 degrees exactly.
+double const sinHalfWay = std::sin(0.7853981633974483), cosHalfWay = std::cos(0.7853981633974483);
 constexpr double exact = 1e-15;
 
 gxVector<2> pointOf(Poly const &poly, long v)
@@ -67,7 +67,7 @@ gxDegree gxSMDGDPolyPrivate::dominantAngle(gxSMDGDPoly const &poly)
   for (int s = poly.isOpen() ? 1 : 0; s < poly.numVertices(); ++s) {
     gxVector<2> const chord = pointOf(poly, s) - pointOf(poly, s - 1);
     gxDegree d = gxDegree(chord.angle()) - r;
-    if (sinOf(d) < halfWay)
+    if (sinOf(d) < sinHalfWay)
       d = d + gxDegree(90.0);
     y += sinOf(d) * chord.len();
     x += std::cos(gxRadian(d).value()) * chord.len();
@@ -130,7 +130,7 @@ gxSMDDimension gxSMDGDPolyPrivate::rectDim(gxSMDGDPoly const &poly, long dim)
 {
   if (!isRectangular(poly))
     return gxSMDDimension();
-  bool const upright = sinOf(chordAngle(poly, 1, 0)) >= halfWay;
+  bool const upright = sinOf(chordAngle(poly, 1, 0)) >= sinHalfWay;
   return poly.segmentDimension(upright == (dim != 0) ? 1 : 2);
 }
 
@@ -140,7 +140,7 @@ void gxSMDGDPolyPrivate::rectDim(gxSMDGDPoly &poly, long dim, gxSMDDimension con
     return;
   if (!(value.nomDim() > 0.0))
     throw gxShapesError::BadGeom();
-  bool const upright = sinOf(chordAngle(poly, 0, 1)) >= halfWay;
+  bool const upright = sinOf(chordAngle(poly, 0, 1)) >= sinHalfWay;
   // Of the segments that run along the dimension, the first one begins here.
   std::size_t const f = upright == (dim != 0) ? 0 : 1;
   double const change = value.nomDim() - poly.segmentLength_(static_cast<int>(f) + 1);
@@ -173,7 +173,7 @@ void gxSMDGDPolyPrivate::snapRectilinear(gxSMDGDPoly &poly)
   Poly turned = turn * poly;
   if (turned.isClosed() && turned.numVertices() % 2)
     turned.open();
-  bool horizontal = sinOf(chordAngle(turned, 1, 0)) < halfWay;  // the segment that starts at the vertex
+  bool horizontal = sinOf(chordAngle(turned, 1, 0)) < sinHalfWay;  // the segment that starts at the vertex
   Poly snapped("poly");
   for (int v = 0; v < turned.numVertices(); ++v, horizontal = !horizontal) {
     auto const part = [](gxVector<2> const &d, bool x) {
@@ -205,7 +205,7 @@ void gxSMDGDPolyPrivate::closeRectilinear(gxSMDGDPoly &poly)
   // The corner that is set or moved lies between a vertex and vertex 0, round the corner from the segment before.
   auto const lastCorner = [&](long vertex) {
     gxVector<2> const first = pointOf(poly, 0), last = pointOf(poly, vertex);
-    bool const upright = cosOf(chordAngle(poly, vertex - 1, vertex)) <= halfWay;
+    bool const upright = cosOf(chordAngle(poly, vertex - 1, vertex)) <= cosHalfWay;
     return upright ? gxVector<2>(first.x(), last.y()) : gxVector<2>(last.x(), first.y());
   };
   if (n % 2)
@@ -222,7 +222,7 @@ void gxSMDGDPolyPrivate::replaceVertexRectilinear(gxSMDGDPoly &poly, long index,
   gxVector<2> const old = poly.vertexPoint_(i), p = v.point();
   // A neighbour follows across the segment between them.
   auto const follow = [&](gxVector<2> const &neighbour) {
-    bool const level = cosOf((neighbour - old).angle()) > halfWay;
+    bool const level = cosOf((neighbour - old).angle()) > cosHalfWay;
     return level ? gxVector<2>(neighbour.x(), p.y()) : gxVector<2>(p.x(), neighbour.y());
   };
   Poly changed(poly);

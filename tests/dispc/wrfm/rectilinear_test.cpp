@@ -212,6 +212,20 @@ TEST(Rectilinear, ClosingKeepsRightAngles)
   EXPECT_EQ(asCode(flat), before);
 }
 
+// A chord half way between the axes counts as upright.
+TEST(Rectilinear, ChordsAtHalfARightAngle)
+{
+  Poly bent;
+  bent << Corner{0, 0}.vertex() << Corner{5, 0}.vertex() << Corner{6, 1}.vertex();
+  P::closeRectilinear(bent);
+  ASSERT_EQ(bent.numVertices(), 4);
+  EXPECT_EQ(bent.vertex(3, false).point(), Point(0, 1));
+  Poly slope;
+  slope << Corner{0, 0}.vertex() << Corner{2, 2}.vertex();
+  P::replaceVertexRectilinear(slope, 1, Corner{3, 5}.vertex());
+  EXPECT_EQ(slope.vertex(0, false).point(), Point(3, 0));
+}
+
 TEST(Rectilinear, EditsOfAVertexTakeItsNeighboursAlong)
 {
   Random random(2);

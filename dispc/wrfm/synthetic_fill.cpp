@@ -203,16 +203,28 @@ class gx_SyntheticFill::Pieces
       isExact_[static_cast<std::size_t>(row)] = 1;
   }
 
-  /// A piece between two heights.
+  /// A piece between two heights, on the rows that are not left to the exact rule for its ends.
   void add(double top, double bottom, Piece piece)
   {
-    mark(top, top);
-    mark(bottom, bottom);
-    piece.first = static_cast<std::int32_t>(std::max<long>(gfICeil(top + nearEnd - 0.5) - first_, 0));
-    piece.last = static_cast<std::int32_t>(std::min<long>(gfIFloor(bottom - nearEnd - 0.5) - first_, numRows_ - 1));
-    piece.middle -= 0.5 + static_cast<double>(first_);
+    double const toRow = 0.5 + static_cast<double>(first_);
+    auto const lastRowAbove = [&](double height) { return static_cast<long>(gfIFloor(height - toRow + nearEnd)); };
+    auto const isNear = [&](long row, double height) { return static_cast<double>(row) >= height - toRow - nearEnd; };
+    long const from = lastRowAbove(top), to = lastRowAbove(bottom);
+    bool const endsNear = isNear(to, bottom);
+    if (isNear(from, top))
+      leaveToRuleIfSeen(from);
+    if (endsNear)
+      leaveToRuleIfSeen(to);
+    piece.first = static_cast<std::int32_t>(std::max<long>(from + 1, 0));
+    piece.last = static_cast<std::int32_t>(std::min<long>(endsNear ? to - 1 : to, numRows_ - 1));
+    piece.middle -= toRow;
     if (piece.first <= piece.last)
       pieces_.push_back(piece);
+  }
+  void leaveToRuleIfSeen(long row)
+  {
+    if (row >= 0 && row < numRows_)
+      leaveToRule(row);
   }
 
   void addLine(Point a, Point b)
@@ -327,10 +339,16 @@ bool gx_SyntheticFill::isClear(std::vector<std::int32_t> const &columns) const
   return !(share && narrow);
 }
 
-void gx_SyntheticFill::fillByParity(unsigned char *row, std::vector<std::int32_t> const &columns) const
+void gx_SyntheticFill::findRuns(std::vector<std::int32_t> const &columns, std::vector<Run> &runs) const
 {
-  for (std::size_t i = 1; i < columns.size(); i += 2)
-    fillRun(row, columns[i - 1], columns[i]);
+  runs.clear();
+  auto const wl = static_cast<std::int32_t>(window_.window().x());
+  auto const width = static_cast<std::int32_t>(window_.width());
+  for (std::size_t i = 1; i < columns.size(); i += 2) {
+    std::int32_t const from = std::max(columns[i - 1] - wl, 0), to = std::min(columns[i] - wl, width);
+    if (from < to)
+      runs.push_back({from, to - from});
+  }
 }
 
 /// Puts the pieces in the order of their columns on a row, which is nearly that on the row before, and notes these.
@@ -357,6 +375,7 @@ void gx_SyntheticFill::fill()
   Pieces pieces(poly_, map_, first, numRows);
   bool const isSure = pieces.find();
   std::vector<std::int32_t> columns;
+  std::vector<Run> runs;
   if (isSure)
     pieces.visitBands([&](long begin, std::size_t n, std::vector<std::int32_t const *> &rows, bool alike) {
       columns.resize(rows.size());
@@ -368,12 +387,16 @@ void gx_SyntheticFill::fill()
         if (!isKnown) {
           sortPieces(rows, r, columns);
           clear = isClear(columns);
+          findRuns(columns, runs);
         }
         isKnown = alike;
-        if (clear)
-          fillByParity(pels + row * step, columns);
-        else
+        if (!clear) {
           pieces.leaveToRule(row);
+          continue;
+        }
+        unsigned char *const at = pels + row * step;
+        for (Run const &run : runs)
+          setBytes(at + run.from, static_cast<std::size_t>(run.length), value_);
       }
     });
   for (long row = 0; row < numRows; ++row)

@@ -34,11 +34,15 @@ class GX_API gx_SyntheticFill
 
  private:
   class Pieces;
+  struct Run {
+    std::int32_t from, length;  ///< from the first column of the window
+  };
   void fillRun(unsigned char *row, long from, long to) const;
   static void sortPieces(std::vector<std::int32_t const *> &pieces, std::size_t row,
                          std::vector<std::int32_t> &columns);
   bool isClear(std::vector<std::int32_t> const &columns) const;
-  void fillByParity(unsigned char *row, std::vector<std::int32_t> const &columns) const;
+  /// Every other run between columns, within the window.
+  void findRuns(std::vector<std::int32_t> const &columns, std::vector<Run> &runs) const;
 
   gxSMDGDPoly const &poly_;
   gxXform<2> const map_, modelFromPel_;

@@ -192,7 +192,9 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   /// they throw what its own edits throw.
   ///@{
   /// How far the axes of the outline are turned, within 45 degrees of 0: the mean over its chords, by their lengths. 0
-  /// for fewer than 2 vertices.
+  /// for fewer than 2 vertices. Exact for right angles. In other outlines a chord off the axes counts with its sign if
+  /// it runs along the chord from vertex 0 to vertex 1, or a quarter turn on from it, and with the opposite sign if it
+  /// runs against one of these.
   static gxDegree dominantAngle(gxSMDGDPoly const &poly);
   /// True if all segments run along x or y, up to 1e-15.
   static bool isRectilinear(gxSMDGDPoly const &poly);

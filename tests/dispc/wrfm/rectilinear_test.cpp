@@ -43,6 +43,10 @@ TEST(Rectilinear, TheDominantAngleIsThatOfTheAxes)
   for (double const a : {0.0, 30.0, -30.0, 44.0, -44.0})
     EXPECT_NEAR(P::dominantAngle(turned(a, square)).value(), a, 1e-9);
   EXPECT_NEAR(P::dominantAngle(turned(60, square)).value(), -30, 1e-9);
+  Poly slanting;  // the side that runs back, which counts with the opposite sign
+  slanting << Corner{0, 0}.vertex() << Corner{10, 0}.vertex() << Corner{10, 5}.vertex() << Corner{0, 4.5}.vertex();
+  slanting.close();
+  EXPECT_NEAR(P::dominantAngle(slanting).value(), -gxDegree(gxVector<2>(10 + 10 + 5 + 4.5, 0.5).angle()).value(), 1e-9);
   EXPECT_EQ(P::dominantAngle(Poly()).value(), 0);
   EXPECT_EQ(gxSMDGDModelPrivate::dominantAngle(gxSMDGDModel()).value(), 0);
   for (int run = 0; run < 100; ++run) {

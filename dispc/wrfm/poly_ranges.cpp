@@ -38,15 +38,16 @@ void appendArcRanges(gx2SegmentArc const &arc, gxVector<2> const &p, gxVector<2>
       std::swap(touching[0], touching[1]);
   }
 
+  // From within its circle an arc sweeps no more than this; what seems to do so is a direction off by a rounding error,
+  // on the line through the ends of a flat arc.
+  double const widest = 180.0 + std::abs(span) / 2.0 + 1e-6;
   gxDegree direction = directionFrom(p, from);
   auto const sweepTo = [&](gxDegree next) {
     gxDegree sweep = (next - direction).signedNorm();
     if (!isOutside && sweep.value() == 0.0 && std::abs(span) > 180.0)
       sweep = gxDegree(std::copysign(gf_turnDegrees, span));
-    else if (!isOutside && span > 0.0 && sweep.value() < 0.0)
-      sweep += gxDegree(360.0);
-    else if (!isOutside && span < 0.0 && sweep.value() > 0.0)
-      sweep += gxDegree(-360.0);
+    else if (!isOutside && span * sweep.value() < 0.0 && gf_turnDegrees - std::abs(sweep.value()) <= widest)
+      sweep += gxDegree(std::copysign(gf_turnDegrees, span));
     ranges.emplace_back(p, 1.0, direction, sweep);
     direction = next;
   };

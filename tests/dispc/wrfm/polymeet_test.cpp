@@ -538,4 +538,12 @@ TEST(PolyExtensions, areCutBackWhereTheyRunCloseAlongAnotherPiece)
   EXPECT_EQ(Open(model.polys()[0]).extensions(), same.extensions());
 }
 
+// A line within rounding errors, seen from beyond its end: the circle of the arc seems to hold the point.
+TEST(PolyRanges, ofAFlatArcSeenAlongItsChord)
+{
+  Outline const poly(true, {{8, 5, 0, 0, -1}, {-8, 0, 0, 0, -1}, {-1, -7, 0, -5.427809201247302e-07, -1}});
+  for (double const d : {0.5, 1.0, 7.0 / 3.0, 3.1})
+    EXPECT_FALSE(gxSMDGDPolyPrivate::inside(poly, {-8 - d, d})) << d;
+}
+
 }  // namespace

@@ -190,7 +190,7 @@ class Builder
     gx2Rigid const frame = place * gx2Rigid(gxDegree(), pad.offset);
     auto const add = [&](Make const &make) {
       if (tryAdd(models_.pads, what, [&] { return frame * make(); }))
-        models_.padNumbers.push_back(pad.number);
+        models_.padOf.push_back(static_cast<std::size_t>(&pad - footprint_.pads.data()));
     };
     switch (pad.shape) {
       case Pad::rectangle:

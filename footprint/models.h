@@ -13,7 +13,7 @@ struct GX_API gxFootprintModels {
   gxSMDGDModel pads{"pads"};            ///< an outline for each pad; several for a custom one
   gxSMDGDModel body{"body"};            ///< what is drawn on the fabrication layers
   gxSMDGDModel courtyard{"courtyard"};  ///< what is drawn on the courtyard layers
-  std::vector<std::string> padNumbers;  ///< for each outline of `pads`
+  std::vector<std::size_t> padOf;       ///< for each outline of `pads`, the index of its pad in the footprint
   /// What was left out or is not sound, a line each: pads without a size, outlines that cross themselves, gaps.
   std::vector<std::string> problems;
 };

@@ -1,14 +1,14 @@
 // Looks into stored sketches, cuts and joins them, and makes pictures of them. The texts below tell how it is called.
 
 #include "foundation/exception.h"
-#include "tools/gxsketch/commandline.h"
-#include "tools/gxsketch/errors.h"
-#include "tools/gxsketch/render.h"
 #include "tools/gxsketch/sketchfile.h"
+#include "tools/support/commandline.h"
+#include "tools/support/errors.h"
+#include "tools/support/render.h"
+#include "tools/support/tool.h"
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -16,7 +16,7 @@
 namespace
 {
 
-using Words = std::vector<std::string>;
+using Words = ToolWords;
 
 void printUsage(std::ostream &os)
 {
@@ -36,19 +36,6 @@ void printUsage(std::ostream &os)
         "\n"
         "A FILE is an archive that holds one sketch. Exit status: 0, 1 for a file that cannot be read, written or\n"
         "drawn, 2 for a command line that makes no sense.\n";
-}
-
-std::string const &needOption(CommandLine const &line, std::string const &name)
-{
-  if (std::string const *const value = line.option(name))
-    return *value;
-  throw UsageError("option " + name + " is missing");
-}
-
-void needFiles(CommandLine const &line)
-{
-  if (line.operands().empty())
-    throw UsageError("a file is missing");
 }
 
 /// What a sketch cannot be used for, whatever operation finds out, is said with the name of its file.
@@ -88,7 +75,7 @@ void infoOf(std::string const &path, gxUISketch const &sketch)
 void info(Words const &words)
 {
   CommandLine const line(words, {});
-  needFiles(line);
+  line.needFiles();
   for (std::string const &path : line.operands())
     useSketch(path, [&](gxUISketch const &sketch) { infoOf(path, sketch); });
 }
@@ -96,7 +83,7 @@ void info(Words const &words)
 void dump(Words const &words)
 {
   CommandLine const line(words, {});
-  needFiles(line);
+  line.needFiles();
   for (std::string const &path : line.operands()) {
     useSketch(path, [&](gxUISketch &sketch) {
       if (line.operands().size() > 1)
@@ -137,11 +124,11 @@ void renderCommand(Words const &words)
 void cat(Words const &words)
 {
   CommandLine const line(words, {"-o"});
-  needFiles(line);
+  line.needFiles();
   gxUISketch joined;
   for (std::string const &path : line.operands())
     forEachRecord(readSketch(path), [&](Record const &record) { record.appendTo(joined); });
-  writeSketch(needOption(line, "-o"), joined);
+  writeSketch(line.needed("-o"), joined);
 }
 
 void cut(Words const &words)
@@ -152,7 +139,7 @@ void cut(Words const &words)
   std::vector<Range> ranges;
   for (std::size_t i = 1; i < line.operands().size(); ++i)
     ranges.push_back(rangeIn(line.operands()[i]));
-  std::string const &to = needOption(line, "-o");
+  std::string const &to = line.needed("-o");
   std::string const &path = line.operands()[0];
   gxUISketch kept;
   long const records = forEachRecord(readSketch(path), [&](Record const &record) {
@@ -166,44 +153,12 @@ void cut(Words const &words)
   writeSketch(to, kept);
 }
 
-struct Command {
-  char const *name;
-  void (*run)(Words const &);
-};
-constexpr Command commands[] = {{"info", info}, {"dump", dump}, {"render", renderCommand}, {"cat", cat}, {"cut", cut}};
-
-void run(Words const &words)
-{
-  if (words.empty())
-    throw UsageError("a command is missing");
-  Words const rest(words.begin() + 1, words.end());
-  if (words[0] == "--help" || words[0] == "-h" || std::ranges::find(rest, "--help") != rest.end())
-    return printUsage(std::cout);
-  if (words[0] == "--version") {
-    std::cout << "gxsketch " GXDISPLAY_VERSION "\n";
-    return;
-  }
-  for (Command const &command : commands)
-    if (words[0] == command.name)
-      return command.run(rest);
-  throw UsageError("no command " + words[0]);
-}
+constexpr ToolCommand commands[] = {
+    {"info", info}, {"dump", dump}, {"render", renderCommand}, {"cat", cat}, {"cut", cut}};
 
 }  // namespace
 
 int main(int argc, char **argv)
 {
-  try {
-    run(Words(argv + 1, argv + argc));
-    std::cout.flush();
-    if (!std::cout)
-      throw FileError("standard output: cannot be written");
-    return 0;
-  } catch (UsageError const &e) {
-    std::cerr << "gxsketch: " << e.what() << "\nTry 'gxsketch --help'.\n";
-    return 2;
-  } catch (std::exception const &e) {
-    std::cerr << "gxsketch: " << e.what() << '\n';
-    return 1;
-  }
+  return runTool("gxsketch", commands, printUsage, argc, argv);
 }

@@ -151,7 +151,7 @@ TEST(Footprints, PadsOfEveryShape)
                 (gr_arc (start 2 0) (mid 0 2) (end -2 0) (width 0.5))
                 (gr_circle (center 0 0) (end 3 0) (width 0.2)))))");
   EXPECT_THAT(custom.problems, IsEmpty());
-  EXPECT_THAT(custom.padNumbers, testing::SizeIs(6));
+  EXPECT_THAT(custom.padOf, ElementsAre(0, 0, 0, 0, 0, 0));
   EXPECT_NEAR(areaOf(custom.pads.poly(2)), 4 * 0.5 + pi / 16, 0.06);
   EXPECT_NEAR(areaOf(custom.pads.poly(3)), 2 * pi * 0.5 + pi / 16, 0.12);
 }

@@ -4,12 +4,11 @@
 #include "foundation/archive.h"
 #include "foundation/netpbm.h"
 #include "tests/support/opsteps.h"
+#include "tests/support/tooltest.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -18,12 +17,6 @@
 
 namespace
 {
-std::string contentOf(std::filesystem::path const &path)
-{
-  std::ifstream is(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(is), {}};
-}
-
 gxUISketch recorded(Drawing const &drawing)
 {
   gxUITablet tablet;
@@ -43,18 +36,9 @@ gxPelBuffer_const<gxPackedRGB32Pel> pictureOf(gxPair<long> const &size, Draw con
   return surface.picture();
 }
 
-struct Tool : testing::Test {
-  std::filesystem::path const folder = std::filesystem::path(testing::TempDir()) / "gxsketch_test";
-  std::string out, err;
+struct Tool : ToolTest {
+  Tool() : ToolTest("gxsketch_test") {}
 
-  Tool()
-  {
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-  }
-  ~Tool() override { std::filesystem::remove_all(folder); }
-
-  std::string at(char const *name) const { return (folder / name).string(); }
   void store(char const *name, gxUISketch sketch) const
   {
     std::ofstream os(folder / name, std::ios::binary);
@@ -68,14 +52,6 @@ struct Tool : testing::Test {
     gxUISketch sketch;
     archive || sketch;
     return sketch;
-  }
-  int runProgram(std::string const &program, std::string const &arguments)
-  {
-    std::string const command = "cd '" + folder.string() + "' && '" + program + "' " + arguments + " >out 2>err";
-    int const status = std::system(command.c_str());
-    out = contentOf(folder / "out");
-    err = contentOf(folder / "err");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   int run(std::string const &arguments) { return runProgram(GX_GXSKETCH, arguments); }
 

@@ -1,7 +1,7 @@
 #include "tools/gxsketch/sketchfile.h"
 
 #include "foundation/archive.h"
-#include "tools/gxsketch/errors.h"
+#include "tools/support/errors.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,6 +1,6 @@
-#include "tools/gxsketch/commandline.h"
+#include "tools/support/commandline.h"
 
-#include "tools/gxsketch/errors.h"
+#include "tools/support/errors.h"
 
 #include <algorithm>
 #include <charconv>
@@ -40,10 +40,23 @@ std::string const *CommandLine::option(std::string const &name) const
   return nullptr;
 }
 
+std::string const &CommandLine::needed(std::string const &name) const
+{
+  if (std::string const *const value = option(name))
+    return *value;
+  throw UsageError("option " + name + " is missing");
+}
+
+void CommandLine::needFiles() const
+{
+  if (operands_.empty())
+    throw UsageError("a file is missing");
+}
+
 namespace
 {
 /// A whole number of digits alone, below 2^31.
-std::optional<long> numberIn(std::string_view text)
+std::optional<long> wholeIn(std::string_view text)
 {
   long v = 0;
   auto const [end, failure] = std::from_chars(text.data(), text.data() + text.size(), v);
@@ -56,12 +69,12 @@ std::optional<long> numberIn(std::string_view text)
 Range rangeIn(std::string const &text)
 {
   std::size_t const dash = text.find('-');
-  auto const first = numberIn(std::string_view(text).substr(0, dash));
+  auto const first = wholeIn(std::string_view(text).substr(0, dash));
   if (dash == std::string::npos && first)
     return {*first, *first};
   if (first && dash + 1 == text.size())
     return {*first, -1};
-  auto const last = dash == std::string::npos ? std::nullopt : numberIn(std::string_view(text).substr(dash + 1));
+  auto const last = dash == std::string::npos ? std::nullopt : wholeIn(std::string_view(text).substr(dash + 1));
   if (!first || !last || *last < *first)
     throw UsageError("'" + text + "' are no records; give numbers as in 7, 3-5 or 3-");
   return {*first, *last};
@@ -70,8 +83,8 @@ Range rangeIn(std::string const &text)
 std::pair<long, long> sizeIn(std::string const &text)
 {
   std::size_t const x = text.find('x');
-  auto const width = numberIn(std::string_view(text).substr(0, x));
-  auto const height = x == std::string::npos ? std::nullopt : numberIn(std::string_view(text).substr(x + 1));
+  auto const width = wholeIn(std::string_view(text).substr(0, x));
+  auto const height = x == std::string::npos ? std::nullopt : wholeIn(std::string_view(text).substr(x + 1));
   if (!width || !height || *width < 1 || *height < 1)
     throw UsageError("'" + text + "' is no size; give it as in 640x480");
   return {*width, *height};
@@ -79,9 +92,17 @@ std::pair<long, long> sizeIn(std::string const &text)
 
 double scaleIn(std::string const &text)
 {
+  double const v = numberIn(text, "scale");
+  if (!(v > 0.0))
+    throw UsageError("'" + text + "' is no scale; give a number above 0");
+  return v;
+}
+
+double numberIn(std::string const &text, char const *what)
+{
   double v = 0.0;
   auto const [end, failure] = std::from_chars(text.data(), text.data() + text.size(), v);
-  if (failure != std::errc() || end != text.data() + text.size() || !(v > 0.0) || !std::isfinite(v))
-    throw UsageError("'" + text + "' is no scale; give a number above 0");
+  if (failure != std::errc() || end != text.data() + text.size() || !(v >= 0.0) || !std::isfinite(v))
+    throw UsageError("'" + text + "' is no " + what + "; give a number");
   return v;
 }

@@ -1,4 +1,4 @@
-#include "tools/gxsketch/render.h"
+#include "tools/support/render.h"
 
 #ifdef GXDISPLAY_HAVE_CAIRO
 #include "backends/cairo/cairosurface.h"
@@ -9,7 +9,7 @@
 #endif
 #include "foundation/exception.h"
 #include "foundation/netpbm.h"
-#include "tools/gxsketch/errors.h"
+#include "tools/support/errors.h"
 
 #include <filesystem>
 #include <functional>

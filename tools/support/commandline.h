@@ -16,6 +16,10 @@ class CommandLine
   std::vector<std::string> const &operands() const { return operands_; }
   /// The value of an option, or null.
   std::string const *option(std::string const &name) const;
+  /// The value of an option; throws UsageError if it is not there.
+  std::string const &needed(std::string const &name) const;
+  /// Throws UsageError if there are no operands.
+  void needFiles() const;
 
  private:
   std::vector<std::string> operands_;
@@ -31,6 +35,7 @@ struct Range {
 
 // Each throws UsageError for a text that is something else.
 
-Range rangeIn(std::string const &text);                 ///< "7", "3-5" or "3-"
-std::pair<long, long> sizeIn(std::string const &text);  ///< "640x480", both at least 1
-double scaleIn(std::string const &text);                ///< above 0
+Range rangeIn(std::string const &text);                      ///< "7", "3-5" or "3-"
+std::pair<long, long> sizeIn(std::string const &text);       ///< "640x480", both at least 1
+double scaleIn(std::string const &text);                     ///< above 0
+double numberIn(std::string const &text, char const *what);  ///< finite, not negative

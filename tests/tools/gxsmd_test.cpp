@@ -1,0 +1,124 @@
+#include "foundation/netpbm.h"
+#include "tests/support/tooltest.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <string>
+
+namespace
+{
+
+using testing::HasSubstr;
+
+struct Gxsmd : ToolTest {
+  Gxsmd() : ToolTest("gxsmd_test")
+  {
+    write("chip_2x1.2mm.kicad_mod", chip("0.95", "1"));
+    write("apart_P2.5mm.kicad_mod", chip("1.1", "1"));
+    write("wide_3x1.2mm.kicad_mod", chip("0.95", "1"));
+    write("close.kicad_mod", chip("-0.2", "1"));
+    write("open.kicad_mod", "(footprint open (fp_line (start 0 0) (end 4 0) (layer F.CrtYd) (width 0.1)))");
+    write("cut.kicad_mod", chip("0.95", "1").substr(0, 200));
+  }
+
+  void write(char const *name, std::string const &text) const
+  {
+    std::ofstream(folder / name, std::ios::binary) << text;
+  }
+  /// With its second pad at @p x, and its body @p half the half length.
+  static std::string chip(std::string const &x, std::string const &half)
+  {
+    return "(footprint ours (layer F.Cu)\n  (fp_rect (start -" + half + " -0.6) (end " + half +
+           " 0.6) (layer F.Fab) (width 0.1))\n"
+           "  (pad 1 smd rect (at -0.95 0) (size 1 1.4) (layers F.Cu))\n  (pad 2 smd roundrect (at " +
+           x + " 0 90) (size 1.4 1) (layers F.Cu) (roundrect_rratio 0.25)))\n";
+  }
+  int run(std::string const &arguments) { return runProgram(GX_GXSMD, arguments); }
+};
+
+TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
+{
+  struct Row {
+    char const *arguments;
+    int status;
+    char const *says;
+  };
+  for (Row const &row : {
+           Row{"", 2, "a command is missing"},
+           {"frob", 2, "no command frob"},
+           {"info", 2, "a file is missing"},
+           {"render open.kicad_mod", 2, "render takes"},
+           {"render open.kicad_mod x.gif", 2, "pictures can be"},
+           {"render open.kicad_mod x.ppm --layers paste", 2, "'paste' are no layers"},
+           {"render open.kicad_mod x.ppm --scale 0", 2, "no scale"},
+           {"synth open.kicad_mod x.ppm --blur far", 2, "'far' is no radius"},
+           {"synth open.kicad_mod x.ppm", 1, "nothing to be seen"},
+           {"info none", 1, "none: No such file"},
+           {"info .", 1, ".: Is a directory"},
+           {"info cut.kicad_mod", 1, "cut.kicad_mod: line 4, column "},
+           {"store open.kicad_mod none/x", 1, "none/x: No such file"},
+           {"check --tolerance -1 open.kicad_mod", 2, "no tolerance"},
+       }) {
+    EXPECT_EQ(run(row.arguments), row.status) << row.arguments;
+    EXPECT_THAT(err, HasSubstr(row.says)) << row.arguments;
+    EXPECT_THAT(err, testing::StartsWith("gxsmd: ")) << row.arguments;
+  }
+  std::filesystem::create_directory(folder / "empty");
+  EXPECT_EQ(run("check empty"), 1);
+  EXPECT_THAT(err, HasSubstr("empty: there is no footprint"));
+  EXPECT_EQ(run("--help"), 0);
+  EXPECT_THAT(out, HasSubstr("Exit status"));
+}
+
+TEST_F(Gxsmd, CheckTellsWhatDeviates)
+{
+  EXPECT_EQ(run("check chip_2x1.2mm.kicad_mod"), 0) << out;
+  EXPECT_EQ(run("check --csv found.csv ."), 1);
+  EXPECT_THAT(out, HasSubstr("wide_3x1.2mm.kicad_mod: the body measures 2 x 1.2 mm, its name says 3 x 1.2"));
+  EXPECT_THAT(out, HasSubstr("apart_P2.5mm.kicad_mod: no two pads are 2.5 mm apart"));
+  EXPECT_THAT(out, HasSubstr("close.kicad_mod: pads \"1\" and \"2\" overlap"));
+  EXPECT_THAT(out,
+              HasSubstr("open.kicad_mod: F.CrtYd: an outline does not close; from (4, 0) to (0, 0) a gap of 4 mm"));
+  EXPECT_THAT(out, HasSubstr("cut.kicad_mod: line 4"));
+  EXPECT_THAT(out, HasSubstr("6 files: 1 not read, 4 with faults, 1 sound"));
+  std::string const table = contentOf(folder / "found.csv");
+  EXPECT_THAT(table, testing::StartsWith("file,name,finding\n"));
+  EXPECT_THAT(table, HasSubstr("\"pads \"\"1\"\" and \"\"2\"\" overlap\""));
+  EXPECT_EQ(run("check --tolerance 2 wide_3x1.2mm.kicad_mod"), 0);
+}
+
+TEST_F(Gxsmd, PicturesAndStoredModels)
+{
+  ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod sharp.ppm --scale 50"), 0) << err;
+  auto const sharp = gfReadNetpbmColor(at("sharp.ppm"));
+  EXPECT_EQ(sharp.size(), gxPair<long>(165, 90));  // 2.9 x 1.4 mm and a margin
+  auto const grey = [&](auto const &picture, long x, long y) { return (picture.get(x, y).value() >> 8) & 255; };
+  EXPECT_EQ(grey(sharp, 2, 2), 90u);
+  EXPECT_EQ(grey(sharp, 15, 45), 210u);
+  EXPECT_EQ(grey(sharp, 82, 45), 40u);
+  ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod noisy.ppm --scale 50 --blur 2 --noise 4 --seed 9"), 0) << err;
+  ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod again.ppm --scale 50 --blur 2 --noise 4 --seed 9"), 0) << err;
+  EXPECT_EQ(contentOf(folder / "noisy.ppm"), contentOf(folder / "again.ppm"));
+  auto const noisy = gfReadNetpbmColor(at("noisy.ppm"));
+  double sum = 0.0, squares = 0.0;
+  for (long y = 30; y < 60; ++y)
+    for (long x = 60; x < 100; ++x) {
+      double const v = static_cast<double>(grey(noisy, x, y)) - 40.0;
+      sum += v;
+      squares += v * v;
+    }
+  EXPECT_NEAR(sum / 1200, 0, 0.6);
+  EXPECT_NEAR(std::sqrt(squares / 1200), 4, 0.5);
+
+  // Out of the stored models comes the same picture as out of the file.
+  ASSERT_EQ(run("store chip_2x1.2mm.kicad_mod chip.models"), 0) << err;
+  for (char const *const file : {"chip_2x1.2mm.kicad_mod", "chip.models"}) {
+    ASSERT_EQ(run(std::string("render ") + file + " " + file + ".ppm --layers pads,body"), 0) << err;
+    ASSERT_EQ(run(std::string("info ") + file), 0);
+    EXPECT_THAT(out, HasSubstr("pads: 2 outlines, 2.9 x 1.4 mm"));
+  }
+  EXPECT_EQ(contentOf(folder / "chip_2x1.2mm.kicad_mod.ppm"), contentOf(folder / "chip.models.ppm"));
+}
+
+}  // namespace

@@ -13,6 +13,7 @@ void gxUITablet::drawPolygon(Polygon const &polygon, gxGraphicProps const &props
   drawShape(
       layer, props, code, gf_polygonBytes + gf_polygonVertexBytes * polygon.numVertices(),
       [&](gxUIScope &scope) {
+        gxGenPoly::checkMap_(scaledMap_);
         gx_ScreenLocked const locked(scope);
         polygon.drawToScope_(scaledMap_, props, scope);
       },

@@ -164,13 +164,21 @@ void gxGenPoly::drawToScope_(gxXform<2> const &xform, gxGraphicProps const &prop
   checkMap_(xform);
   gxXform<2> const image = xform * xform_;
   Strokes strokes(props, scope);
-  ask_([&] {
+  auto const draw = [&] {
     bool const isRounded = drawSegments(poly_, image, props.showVertex(), strokes);
     if (props.arrowHead())
       Marks(poly_, image, strokes).draw();
     for (int v = 0; isRounded && v < numVertices(); ++v)
       if (hasFillet_(v))
         strokes.arc(Private::roundedArcVertex_(poly_, v), image);
+  };
+  ask_([&] {
+    try {
+      draw();
+    } catch (gxException const &) {  // of a piece that cannot be; what comes before it is drawn
+      strokes.flush();
+      throw;
+    }
     strokes.flush();
   });
 }

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <vector>
 
 // Synthetic images of outlines and models.
@@ -123,18 +122,24 @@ class Samples
   std::vector<Point> points_;
 };
 
-/// What lies on one side of a limit (I. Sutherland, G. Hodgman, Communications of the ACM 17, 1974). @p depth tells how
-/// far inside a point is.
-std::vector<Point> clipped(std::vector<Point> const &points, std::function<double(Point const &)> const &depth)
+/// What lies on one side of a limit of x or y (I. Sutherland, G. Hodgman, Communications of the ACM 17, 1974): of what
+/// is not less than it, or not greater. A cut lies on the limit exactly.
+std::vector<Point> clipped(std::vector<Point> const &points, bool alongX, double limit, bool keepGreater)
 {
   if (points.size() < 3)
     return points;
+  auto const depth = [&](Point const &p) {
+    double const v = alongX ? p.x() : p.y();
+    return keepGreater ? v - limit : limit - v;
+  };
   std::vector<Point> kept;
   Point const *before = &points.back();
   for (Point const &p : points) {
     double const a = depth(*before), b = depth(p);
-    if ((a >= 0.0) != (b >= 0.0))
-      kept.push_back(*before + (p - *before) * (a / (a - b)));
+    if ((a >= 0.0) != (b >= 0.0)) {
+      Point const cut = *before + (p - *before) * (a / (a - b));
+      kept.push_back(alongX ? Point(limit, cut.y()) : Point(cut.x(), limit));
+    }
     if (b >= 0.0)
       kept.push_back(p);
     before = &p;
@@ -144,12 +149,11 @@ std::vector<Point> clipped(std::vector<Point> const &points, std::function<doubl
 
 std::vector<Point> clipped(std::vector<Point> points, gxPelRect const &window)
 {
-  double const left = double(window.x()), right = left + double(window.width());
-  double const top = double(window.y()), bottom = top + double(window.height());
-  points = clipped(points, [=](Point const &p) { return p.x() - left; });
-  points = clipped(points, [=](Point const &p) { return right - p.x(); });
-  points = clipped(points, [=](Point const &p) { return p.y() - top; });
-  return clipped(points, [=](Point const &p) { return bottom - p.y(); });
+  double const left = double(window.x()), top = double(window.y());
+  points = clipped(points, true, left, true);
+  points = clipped(points, true, left + double(window.width()), false);
+  points = clipped(points, false, top, true);
+  return clipped(points, false, top + double(window.height()), false);
 }
 
 /// Fills the polygon through the floors of the points: the pels whose centres lie inside, by the parity of edges.

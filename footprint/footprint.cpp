@@ -1,6 +1,8 @@
 #include "footprint/footprint.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
 
 namespace
@@ -11,6 +13,51 @@ using Pad = gxFootprint::Pad;
 using Point = gxVector<2>;
 
 constexpr std::size_t mostItems = 1'000'000;
+
+/// Known items that say nothing of outlines, in the order of the alphabet.
+constexpr std::string_view ofNoUse[] = {
+    "attr",
+    "autoplace_cost180",
+    "autoplace_cost90",
+    "chamfer",
+    "clearance",
+    "descr",
+    "die_length",
+    "fill",
+    "generator",
+    "generator_version",
+    "group",
+    "hide",
+    "keep_end_layers",
+    "layers",
+    "locked",
+    "model",
+    "net_tie_pad_groups",
+    "path",
+    "pinfunction",
+    "pintype",
+    "private_layers",
+    "property",
+    "remove_unused_layer",
+    "remove_unused_layers",
+    "solder_mask_margin",
+    "solder_paste_margin",
+    "solder_paste_margin_ratio",
+    "solder_paste_ratio",
+    "status",
+    "tags",
+    "tedit",
+    "thermal_bridge_angle",
+    "thermal_gap",
+    "thermal_width",
+    "tstamp",
+    "uuid",
+    "version",
+    "zone",
+    "zone_connect",
+    "zone_layer_connections",
+};
+static_assert(std::is_sorted(std::begin(ofNoUse), std::end(ofNoUse)));
 
 template <class List>
 void addTo(List &list, typename List::value_type item, gxSexprReader const &in)
@@ -37,7 +84,7 @@ void eachItem(gxSexprReader &in, std::map<std::string, long> &unknown, Visit vis
       continue;
     }
     std::string_view const name = in.enter();
-    if (!visit(name))
+    if (!visit(name) && !std::binary_search(std::begin(ofNoUse), std::end(ofNoUse), name))
       ++unknown[std::string(name)];
     in.leave();
   }
@@ -81,9 +128,18 @@ class Reader
       readText(name == "property");
     else if (name == "layer")
       footprint_.layer = gxSexprReader::plain(in_.value());
+    else if (name == "at")
+      readPlace();
     else
       return false;
     return true;
+  }
+
+  void readPlace()
+  {
+    footprint_.at = readPoint(in_);
+    if (in_.peek() == gxSexprReader::word)
+      footprint_.angle = gxDegree(in_.number());
   }
 
   static std::optional<Graphic::Kind> kindOf(std::string_view name)

@@ -61,10 +61,14 @@ struct GX_API gxFootprint {
 
   std::string name;
   std::string layer;
+  gxVector<2> at;  ///< where it lies, if it was placed
+  gxDegree angle;  ///< of the place, which the angles of the pads have in them
   std::vector<Pad> pads;
   std::vector<Graphic> graphics;
   std::vector<Text> texts;
-  std::map<std::string, long> unknown;  ///< items that are left out, and how many there were of each name
+  /// Items of no known name, which are left out, and how many there were of each. What is known and of no use here
+  /// (identifiers, descriptions, looks of texts, margins) is not counted.
+  std::map<std::string, long> unknown;
 
   /// Reads the text of a file, with either head (`footprint`, or `module` as it was before). Throws gxFootprintError
   /// for what is no footprint, breaks the form, lacks a part, or has numbers out of range.

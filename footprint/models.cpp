@@ -161,6 +161,13 @@ class Builder
       addPad(pad);
     addLayers(models_.body, ".Fab");
     addLayers(models_.courtyard, ".CrtYd");
+    gx2Rigid const place(-footprint_.angle, footprint_.at);
+    if (place == gx2Rigid())
+      return;
+    for (gxSMDGDModel *const model : {&models_.pads, &models_.body, &models_.courtyard}) {
+      gxSMDGDModel const here = *model;
+      model->polys((place * here).polys());
+    }
   }
 
  private:
@@ -186,7 +193,7 @@ class Builder
       return;
     }
     // Angles are those that one sees, y down.
-    gx2Rigid const place(-pad.angle, pad.at);
+    gx2Rigid const place(footprint_.angle - pad.angle, pad.at);
     gx2Rigid const frame = place * gx2Rigid(gxDegree(), pad.offset);
     auto const add = [&](Make const &make) {
       if (tryAdd(models_.pads, what, [&] { return frame * make(); }))

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-/// A footprint as models, in its own coordinates: millimetres, y down. Curves stay exact: corners are fillets, round
-/// ends half circles.
+/// A footprint as models, in millimetres, y down, and where it was placed if it was. Curves stay exact: corners are
+/// fillets, round ends half circles.
 struct GX_API gxFootprintModels {
   gxSMDGDModel pads{"pads"};            ///< an outline for each pad; several for a custom one
   gxSMDGDModel body{"body"};            ///< what is drawn on the fabrication layers

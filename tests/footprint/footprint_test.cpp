@@ -63,8 +63,9 @@ TEST(Footprints, AreReadAsTheyStand)
   EXPECT_THAT(f.pads[1].layers, ElementsAre("F.Cu", "F.Paste", "F.Mask"));
   ASSERT_EQ(f.texts.size(), 2u);
   EXPECT_EQ(f.texts[0].text, "REF**");
-  EXPECT_EQ(f.unknown.at("model"), 1);
-  EXPECT_EQ(f.unknown.count("pad"), 0u);
+  EXPECT_TRUE(f.unknown.empty()) << f.unknown.begin()->first;
+  EXPECT_EQ(gxFootprint::read(footprint("(star 1) (star 2) (pad 1 smd rect (at 0 0) (size 1 1) (glow))")).unknown,
+            (std::map<std::string, long>{{"star", 2}, {"glow", 1}}));
 
   // The head as it was, and names without quotes.
   EXPECT_EQ(
@@ -154,6 +155,19 @@ TEST(Footprints, PadsOfEveryShape)
   EXPECT_THAT(custom.padOf, ElementsAre(0, 0, 0, 0, 0, 0));
   EXPECT_NEAR(areaOf(custom.pads.poly(2)), 4 * 0.5 + pi / 16, 0.06);
   EXPECT_NEAR(areaOf(custom.pads.poly(3)), 2 * pi * 0.5 + pi / 16, 0.12);
+}
+
+// Placed, a footprint turns as a whole, against the clock as it is seen; its pads tell their angles on the board.
+TEST(Footprints, LieWhereTheyWerePlaced)
+{
+  gxFootprintModels const models = modelsOf(R"((at 100 50 90)
+    (fp_line (start 0 0) (end 4 0) (layer F.Fab) (width 0.1))
+    (pad 1 smd rect (at 3 0 90) (size 2 1) (layers F.Cu))
+    (pad 2 smd rect (at 0 0) (size 2 1) (layers F.Cu)))");
+  EXPECT_NEAR(models.body.poly(0).vertex(1, false).point().distance({100, 46}), 0, 1e-9);
+  gxRect const along = models.pads.poly(0).boundingBox({}), across = models.pads.poly(1).boundingBox({});
+  EXPECT_NEAR(along.origin().distance({99.5, 46}) + along.size().distance({1, 2}), 0, 1e-9);
+  EXPECT_NEAR(across.origin().distance({99, 49.5}) + across.size().distance({2, 1}), 0, 1e-9);
 }
 
 TEST(Footprints, ArcsOfBothForms)

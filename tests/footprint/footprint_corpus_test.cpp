@@ -33,7 +33,7 @@ TEST(FootprintCorpus, EveryFileIsReadAndItsModelsAreStoredAndLoadedEqual)
       for (auto const &[name, count] : footprint.unknown)
         unknown += count;
       problems += static_cast<long>(models.problems.size());
-      EXPECT_EQ(models.padNumbers.size(), models.pads.polys().size()) << entry.path();
+      EXPECT_EQ(models.padOf.size(), models.pads.polys().size()) << entry.path();
       for (gxSMDGDModel const *model : {&models.pads, &models.body, &models.courtyard}) {
         outlines += model->numPolys();
         gxSMDGDModel loaded;

@@ -235,9 +235,10 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   /// Where a segment is cut, a vertex with the attributes of its end is put; its parts have no length tolerance. A cut
   /// fillet becomes a segment of its own, between sharp vertices, and the segment beside it keeps its tolerance as far
   /// as its new length allows. What only touches the mask is not cut, and what runs along the outline of the mask goes
-  /// with what it comes from and leads to, with the inside if these differ. A sharp vertex that touches the mask from
-  /// the side that is not kept begins a piece, as a mark of the touch: from there to the next cut the outline is kept,
-  /// and the sides are swapped after it.
+  /// with what it comes from and leads to, with the inside if these differ. A sharp vertex between two segments that
+  /// touches the mask from the side that is not kept begins a piece, as a mark of the touch: from there to the next
+  /// cut, or to the last vertex, the outline is kept, and the sides are swapped after it. A cut end has the label of
+  /// the vertex that it was copied from, unless both ends of the part would claim more of the segment than there is.
   ///
   /// Cost: a search in the tree of the mask for each piece of the outline, and an inside test for the walk and for each
   /// touch. Throws invalidIndex for an outline without vertices, notClosed for an open mask, and what making an outline

@@ -3,10 +3,9 @@
 /// store, load and store again to the same bytes; what does not must fail with gxArchive::Errors, and leave nothing.
 
 #include "foundation/archive.h"
+#include "fuzz/expect.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -115,14 +114,6 @@ std::string store(Objects const &objects)
     out << object;
   out.close();
   return stream.str();
-}
-
-void expect(bool condition, char const *what)
-{
-  if (condition)
-    return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
 }
 
 void run(std::string const &bytes)

@@ -6,24 +6,15 @@
 #include "dispc/graphic_flat.h"
 #include "dispc/uitablet.h"
 #include "foundation/exception.h"
+#include "fuzz/expect.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
 namespace
 {
-
-void expect(bool condition, char const *what)
-{
-  if (condition)
-    return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 template <class Work>
 std::string errorOf(Work work)

@@ -3,25 +3,11 @@
 
 #include "footprint/models.h"
 #include "foundation/archive.h"
+#include "fuzz/expect.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <sstream>
 #include <string>
-
-namespace
-{
-
-void expect(bool condition, char const *what)
-{
-  if (condition)
-    return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size)
 {

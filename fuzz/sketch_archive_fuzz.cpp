@@ -9,25 +9,16 @@
 #include "dispc/uierror.h"
 #include "dispc/uitablet.h"
 #include "foundation/archive.h"
+#include "fuzz/expect.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <sstream>
 #include <string>
 
 namespace
 {
-
-void expect(bool condition, char const *what)
-{
-  if (condition)
-    return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 void load(std::string const &bytes, gxUISketch &sketch, std::size_t maxBytes)
 {

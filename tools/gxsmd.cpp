@@ -119,18 +119,20 @@ void renderCommand(Words const &words)
 void blur(Buffer const &buffer, double radius)
 {
   long const passes = std::lround(std::min(radius, 50.0) * std::min(radius, 50.0) * 1.5);
-  std::vector<double> pels(static_cast<std::size_t>(buffer.width() * buffer.height()));
-  auto const at = [&](long x, long y) -> double & {
-    return pels[static_cast<std::size_t>(std::clamp(y, 0L, buffer.height() - 1) * buffer.width() +
-                                         std::clamp(x, 0L, buffer.width() - 1))];
+  // The pels at the borders stand for those beyond.
+  auto const indexOf = [&](long x, long y) {
+    return static_cast<std::size_t>(std::clamp(y, 0L, buffer.height() - 1) * buffer.width() +
+                                    std::clamp(x, 0L, buffer.width() - 1));
   };
+  std::vector<double> pels(static_cast<std::size_t>(buffer.width() * buffer.height()));
+  auto const at = [&](long x, long y) -> double & { return pels[indexOf(x, y)]; };
   for (long y = 0; y < buffer.height(); ++y)
     for (long x = 0; x < buffer.width(); ++x)
       at(x, y) = buffer.get(x, y);
   for (long pass = 0; pass < passes; ++pass)
     for (bool const along : {true, false}) {
       std::vector<double> const before = pels;
-      auto const old = [&](long x, long y) { return before[static_cast<std::size_t>(&at(x, y) - pels.data())]; };
+      auto const old = [&](long x, long y) { return before[indexOf(x, y)]; };
       for (long y = 0; y < buffer.height(); ++y)
         for (long x = 0; x < buffer.width(); ++x)
           at(x, y) = along ? (old(x - 1, y) + old(x, y) + old(x + 1, y)) / 3.0

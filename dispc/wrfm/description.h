@@ -33,6 +33,7 @@ class GX_API gxSMDGeometricDescription : public virtual gxPersistent, public vir
   ~gxSMDGeometricDescription() override;
 
   std::string name() const { return name_; }
+  /// Any text; it has no part in comparisons.
   void rename(std::string name)
   {
     mutating();

@@ -17,6 +17,7 @@ using Graphic = gxFootprint::Graphic;
 using Pad = gxFootprint::Pad;
 using Point = gxVector<2>;
 using Poly = gxSMDGDPoly;
+using Problem = gxFootprintProblem;
 
 /// A line or an arc on its way to an outline.
 struct Piece {
@@ -180,7 +181,7 @@ class Builder
       model << make();
       return true;
     } catch (gxException const &e) {
-      models_.problems.push_back(what + ": " + e.message());
+      models_.problems.push_back({Problem::refused, what, "is refused: " + e.message(), {}, {}});
       return false;
     }
   }
@@ -189,7 +190,7 @@ class Builder
   {
     std::string const what = "pad \"" + pad.number + "\"";
     if (!(pad.size.x() > 0.0 && pad.size.y() > 0.0)) {
-      models_.problems.push_back(what + " has no size");
+      models_.problems.push_back({Problem::noSize, what, "has no size", {}, {}});
       return;
     }
     // Angles are those that one sees, y down.
@@ -332,9 +333,9 @@ class Builder
   void noteGap(std::string const &layer, Point const &a, Point const &b)
   {
     char text[160];
-    std::snprintf(text, sizeof text, ": an outline does not close; from (%.4g, %.4g) to (%.4g, %.4g) a gap of %.4g mm",
-                  a.x(), a.y(), b.x(), b.y(), a.distance(b));
-    models_.problems.push_back(layer + text);
+    std::snprintf(text, sizeof text, "does not close; from (%.4g, %.4g) to (%.4g, %.4g) a gap of %.4g mm", a.x(), a.y(),
+                  b.x(), b.y(), a.distance(b));
+    models_.problems.push_back({Problem::gap, layer, text, a, b});
   }
 
   gxFootprint const &footprint_;
@@ -343,6 +344,11 @@ class Builder
 };
 
 }  // namespace
+
+std::ostream &operator<<(std::ostream &os, gxFootprintProblem const &problem)
+{
+  return os << problem.text();
+}
 
 gxFootprintModels gfFootprintModels(gxFootprint const &footprint, double tolerance)
 {

@@ -4,8 +4,30 @@
 #include "footprint/footprint.h"
 #include "foundation/export.h"
 
+#include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
+
+/// Something of a footprint that was left out of its models, or is not sound.
+struct GX_API gxFootprintProblem {
+  enum Kind : std::uint8_t {
+    noSize,   ///< a pad whose size is not above 0; it is left out
+    refused,  ///< an outline that crosses itself or cannot be rounded; it is left out
+    gap       ///< lines of a layer that do not close; they are kept open
+  };
+
+  Kind kind = refused;
+  std::string what;  ///< the pad, or the layer
+  std::string why;   ///< the rest of the line that tells it
+  gxVector<2> from;  ///< gap: one of its ends, as in the file
+  gxVector<2> to;    ///< gap: the other one
+
+  std::string text() const { return what + ' ' + why; }
+  double width() const { return from.distance(to); }
+};
+
+GX_API std::ostream &operator<<(std::ostream &os, gxFootprintProblem const &problem);
 
 /// A footprint as models, in millimetres, y down, and where it was placed if it was. Curves stay exact: corners are
 /// fillets, round ends half circles.
@@ -14,8 +36,7 @@ struct GX_API gxFootprintModels {
   gxSMDGDModel body{"body"};            ///< what is drawn on the fabrication layers
   gxSMDGDModel courtyard{"courtyard"};  ///< what is drawn on the courtyard layers
   std::vector<std::size_t> padOf;       ///< for each outline of `pads`, the index of its pad in the footprint
-  /// What was left out or is not sound, a line each: pads without a size, outlines that cross themselves, gaps.
-  std::vector<std::string> problems;
+  std::vector<gxFootprintProblem> problems;
 };
 
 /// Makes the models. Loose lines and arcs of a layer are joined where ends are no farther apart than @p tolerance, in

@@ -198,9 +198,11 @@ TEST(Footprints, WhatIsNotSoundIsTold)
     (pad 2 smd custom (at 0 0) (size 1 1) (layers F.Cu)
       (primitives (gr_poly (pts (xy 0 0) (xy 2 2) (xy 2 0) (xy 0 2)) (width 0)))))");
   ASSERT_EQ(models.problems.size(), 3u) << testing::PrintToString(models.problems);
-  EXPECT_EQ(models.problems[0], "pad \"1\" has no size");
-  EXPECT_THAT(models.problems[1], HasSubstr("pad \"2\": Two or more"));
-  EXPECT_EQ(models.problems[2], "F.Fab: an outline does not close; from (0, 3) to (0, 2.5) a gap of 0.5 mm");
+  EXPECT_EQ(models.problems[0].text(), "pad \"1\" has no size");
+  EXPECT_THAT(models.problems[1].text(), HasSubstr("pad \"2\" is refused: Two or more"));
+  EXPECT_EQ(models.problems[2].text(), "F.Fab does not close; from (0, 3) to (0, 2.5) a gap of 0.5 mm");
+  EXPECT_EQ(models.problems[2].kind, gxFootprintProblem::gap);
+  EXPECT_DOUBLE_EQ(models.problems[2].width(), 0.5);
   ASSERT_EQ(models.body.numPolys(), 1);
   EXPECT_TRUE(models.body.isOpen());
   EXPECT_EQ(models.body.poly(0).numVertices(), 5);

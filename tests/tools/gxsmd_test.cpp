@@ -79,7 +79,7 @@ TEST_F(Gxsmd, CheckTellsWhatDeviates)
   EXPECT_THAT(out, HasSubstr("apart_P2.5mm.kicad_mod: no two pads are 2.5 mm apart"));
   EXPECT_THAT(out, HasSubstr("close.kicad_mod: pads \"1\" and \"2\" overlap"));
   EXPECT_THAT(out,
-              HasSubstr("open.kicad_mod: F.CrtYd: an outline does not close; from (4, 0) to (0, 0) a gap of 4 mm"));
+              HasSubstr("open.kicad_mod: F.CrtYd does not close; from (4, 0) to (0, 0) a gap of 4 mm"));
   EXPECT_THAT(out, HasSubstr("cut.kicad_mod: line 4"));
   EXPECT_THAT(out, HasSubstr("6 files: 1 not read, 4 with faults, 1 sound"));
   std::string const table = contentOf(folder / "found.csv");

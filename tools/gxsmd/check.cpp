@@ -1,173 +1,58 @@
-#include "dispc/wrfm/polyprivate.h"
+#include "tools/gxsmd/commands.h"
 #include "tools/gxsmd/device.h"
+#include "tools/support/errors.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdio>
-#include <filesystem>
-#include <limits>
-#include <optional>
-#include <regex>
-
-// What footprints are checked for.
+#include <fstream>
+#include <iostream>
 
 namespace
 {
 
-namespace fs = std::filesystem;
-using P = gxSMDGDPolyPrivate;
-
-struct Placed {
-  std::size_t outline;
-  gxRect box;
-
-  double left() const { return box.origin().x(); }
-  double right() const { return box.origin().x() + box.size().x(); }
-  gxVector<2> center() const { return box.origin() + box.size() * 0.5; }
-};
-
-bool boxesMeet(gxRect const &a, gxRect const &b)
+std::string quoted(std::string const &text)
 {
-  gxVector<2> const aEnd = a.origin() + a.size(), bEnd = b.origin() + b.size();
-  return a.origin().x() < bEnd.x() && b.origin().x() < aEnd.x() && a.origin().y() < bEnd.y() &&
-         b.origin().y() < aEnd.y();
-}
-
-bool overlap(gxSMDGDPoly const &a, gxSMDGDPoly const &b)
-{
-  return !P::intersection(a, b).empty() || P::inside(a, b.vertex(0, false).point()) ||
-         P::inside(b, a.vertex(0, false).point());
-}
-
-bool shareLayer(gxFootprint::Pad const &a, gxFootprint::Pad const &b)
-{
-  auto const isCopper = [](std::string const &l) { return l.size() > 3 && l.substr(l.size() - 3) == ".Cu"; };
-  for (std::string const &l : a.layers)
-    for (std::string const &m : b.layers)
-      if (isCopper(l) && isCopper(m) && (l == m || l[0] == '*' || m[0] == '*'))
-        return true;
-  return false;
-}
-
-/// Pads of copper with numbers, from the left to the right.
-std::vector<Placed> placedPads(Device const &device)
-{
-  std::vector<Placed> pads;
-  for (std::size_t i = 0; i < device.models.padOf.size(); ++i)
-    if (!device.footprint.pads[device.models.padOf[i]].number.empty())
-      pads.push_back({i, device.models.pads.polys()[i].boundingBox(gxXform<2>())});
-  std::sort(pads.begin(), pads.end(), [](Placed const &a, Placed const &b) { return a.left() < b.left(); });
-  return pads;
-}
-
-gxFootprint::Pad const &padOf(Device const &device, Placed const &p)
-{
-  return device.footprint.pads[device.models.padOf[p.outline]];
-}
-
-void checkOverlaps(Device const &device, std::vector<Placed> const &pads, std::vector<std::string> &found)
-{
-  for (std::size_t i = 0; i < pads.size(); ++i)
-    for (std::size_t k = i + 1; k < pads.size() && pads[k].left() < pads[i].right(); ++k) {
-      gxFootprint::Pad const &a = padOf(device, pads[i]), &b = padOf(device, pads[k]);
-      auto const &polys = device.models.pads.polys();
-      if (a.number != b.number && shareLayer(a, b) && boxesMeet(pads[i].box, pads[k].box) &&
-          overlap(polys[pads[i].outline], polys[pads[k].outline]))
-        found.push_back("pads \"" + a.number + "\" and \"" + b.number + "\" overlap");
-    }
-}
-
-std::string text(char const *format, double a, double b, double c, double d)
-{
-  char words[160];
-  std::snprintf(words, sizeof words, format, a, b, c, d);
-  return words;
-}
-
-/// The size that a name tells as in _3x4mm, but not that of an exposed pad, EP3x4mm.
-std::optional<gxVector<2>> namedSize(std::string const &name)
-{
-  static std::regex const size("(?:^|[_-])([0-9]+(?:\\.[0-9]+)?)x([0-9]+(?:\\.[0-9]+)?)mm");
-  std::smatch match;
-  if (!std::regex_search(name, match, size))
-    return {};
-  return gxVector<2>(std::stod(match[1]), std::stod(match[2]));
-}
-
-std::optional<double> namedPitch(std::string const &name)
-{
-  static std::regex const pitch("_P([0-9]+(?:\\.[0-9]+)?)mm");
-  std::smatch match;
-  if (!std::regex_search(name, match, pitch))
-    return {};
-  return std::stod(match[1]);
-}
-
-void checkSize(Device const &device, double tolerance, std::vector<std::string> &found)
-{
-  auto const named = namedSize(fs::path(device.path).stem().string());
-  gxRect const box = bodyBox(device.models.body);
-  if (!named || box.isEmpty())
-    return;
-  auto const sorted = [](gxVector<2> const &v) { return gxVector<2>(std::min(v.x(), v.y()), std::max(v.x(), v.y())); };
-  gxVector<2> const a = sorted(*named), b = sorted(box.size());
-  if (std::abs(a.x() - b.x()) > tolerance || std::abs(a.y() - b.y()) > tolerance)
-    found.push_back(text("the body measures %.4g x %.4g mm, its name says %.4g x %.4g", box.size().x(), box.size().y(),
-                         named->x(), named->y()));
-}
-
-void checkPitch(Device const &device, std::vector<Placed> const &pads, double tolerance,
-                std::vector<std::string> &found)
-{
-  auto const named = namedPitch(fs::path(device.path).stem().string());
-  if (!named)
-    return;
-  double best = std::numeric_limits<double>::infinity();  // the distance that is nearest to what the name says
-  for (std::size_t i = 0; i < pads.size(); ++i)
-    for (std::size_t k = i + 1; k < pads.size(); ++k) {
-      if (padOf(device, pads[i]).number == padOf(device, pads[k]).number)
-        continue;
-      double const d = pads[i].center().distance(pads[k].center());
-      if (std::abs(d - *named) < std::abs(best - *named))
-        best = d;
-      if (pads[k].left() - pads[i].right() > std::abs(best - *named) + *named)
-        break;
-    }
-  if (std::isfinite(best) && std::abs(best - *named) > tolerance)
-    found.push_back(
-        text("no two pads are %.4g mm apart, as its name says; the nearest to that are %.4g", *named, best, 0, 0));
+  std::string result = "\"";
+  for (char const c : text)
+    result += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return result + '"';
 }
 
 }  // namespace
 
-gxRect bodyBox(gxSMDGDModel const &body)
+void checkCommand(ToolWords const &words)
 {
-  gxRect largest;
-  for (gxSMDGDPoly const &poly : body.polys()) {
-    gxRect const box = poly.boundingBox(gxXform<2>());
-    auto const area = [](gxRect const &r) { return r.isEmpty() ? -1.0 : r.size().x() * r.size().y(); };
-    if (poly.isClosed() && area(box) > area(largest))
-      largest = box;
+  CommandLine const line(words, {"--tolerance", "--csv"});
+  line.needFiles();
+  std::string const *const tolerance = line.option("--tolerance"), *const csv = line.option("--csv");
+  double const limit = tolerance ? numberIn(*tolerance, "tolerance") : 0.15;
+  std::ofstream table;
+  if (csv) {
+    table.open(*csv);
+    table << "file,name,finding\n";
   }
-  return largest.isEmpty() ? body.boundingBox(gxXform<2>()) : largest;
-}
-
-std::vector<std::string> deviationsOf(Device const &device, double tolerance)
-{
-  std::vector<std::string> found;
-  bool const hasBody = std::any_of(device.models.body.polys().begin(), device.models.body.polys().end(),
-                                   [](gxSMDGDPoly const &poly) { return poly.isClosed(); });
-  // Marks of pin 1 and the like are lines that need not close.
-  for (std::string const &problem : device.models.problems)
-    if (!(hasBody && problem.find(".Fab: an outline does not close") != std::string::npos))
-      found.push_back(problem);
-  std::vector<Placed> const pads = placedPads(device);
-  checkOverlaps(device, pads, found);
-  checkSize(device, tolerance, found);
-  checkPitch(device, pads, tolerance, found);
-  std::vector<std::string> once;
-  for (std::string const &finding : found)
-    if (std::find(once.begin(), once.end(), finding) == once.end())
-      once.push_back(finding);
-  return once;
+  long files = 0, refused = 0, faulty = 0;
+  for (std::string const &path : footprintsIn(line.operands())) {
+    ++files;
+    std::string name;
+    std::vector<std::string> found;
+    try {
+      Device const device = readDevice(path);
+      name = device.footprint.name;
+      found = deviationsOf(device, limit);
+      faulty += !found.empty();
+    } catch (FileError const &e) {
+      ++refused;
+      found = {std::string(e.what()).substr(path.size() + 2)};
+    }
+    for (std::string const &finding : found) {
+      std::cout << path << ": " << finding << '\n';
+      if (csv)
+        table << quoted(path) << ',' << quoted(name) << ',' << quoted(finding) << '\n';
+    }
+  }
+  std::cout << files << " files: " << refused << " not read, " << faulty << " with faults, " << files - refused - faulty
+            << " sound\n";
+  if (csv && !table.flush())
+    throw FileError(*csv + ": cannot be written");
+  if (refused + faulty > 0)
+    throw FileError(std::to_string(refused + faulty) + " of " + std::to_string(files) + " files are not sound");
 }

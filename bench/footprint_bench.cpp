@@ -1,11 +1,10 @@
 #include "footprint/models.h"
+#include "tools/gxsmd/device.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 // Reading footprints, and describing them, against the least that any reader does: counting the brackets of the text.
 
@@ -13,35 +12,44 @@ namespace
 {
 
 // Files of the Debian package kicad-footprints where it is installed: one in 50.
-std::vector<std::string> const &texts()
+std::vector<std::string> const &paths()
 {
   static std::vector<std::string> const found = [] {
     std::vector<std::string> out;
-    std::filesystem::path const folder = "/usr/share/kicad/footprints";
+    std::string const folder = "/usr/share/kicad/footprints";
     if (!std::filesystem::is_directory(folder))
       return out;
-    std::vector<std::filesystem::path> paths;
-    for (auto const &entry : std::filesystem::recursive_directory_iterator(folder))
-      if (entry.path().extension() == ".kicad_mod")
-        paths.push_back(entry.path());
-    std::sort(paths.begin(), paths.end());
-    for (std::size_t i = 0; i < paths.size(); i += 50) {
-      std::ostringstream os;
-      os << std::ifstream(paths[i], std::ios::binary).rdbuf();
-      out.push_back(os.str());
-    }
+    std::vector<std::string> const all = footprintsIn({folder});
+    for (std::size_t i = 0; i < all.size(); i += 50)
+      out.push_back(all[i]);
     return out;
   }();
   return found;
 }
 
+std::vector<std::string> const &texts()
+{
+  static std::vector<std::string> const found = [] {
+    std::vector<std::string> out;
+    for (std::string const &path : paths())
+      out.push_back(contentOf(path));
+    return out;
+  }();
+  return found;
+}
+
+bool isInstalled(benchmark::State &state)
+{
+  if (paths().empty())
+    state.SkipWithError("kicad-footprints is not installed");
+  return !paths().empty();
+}
+
 template <class Work>
 void overTexts(benchmark::State &state, Work work)
 {
-  if (texts().empty()) {
-    state.SkipWithError("kicad-footprints is not installed");
+  if (!isInstalled(state))
     return;
-  }
   std::int64_t bytes = 0;
   for (auto _ : state)
     for (std::string const &text : texts()) {
@@ -51,16 +59,19 @@ void overTexts(benchmark::State &state, Work work)
   state.SetBytesProcessed(bytes);
 }
 
+void countBracketsOf(std::string const &text)
+{
+  long depth = 0, most = 0;
+  for (char const c : text) {
+    depth += (c == '(') - (c == ')');
+    most = std::max(most, depth);
+  }
+  benchmark::DoNotOptimize(most);
+}
+
 void countBrackets(benchmark::State &state)
 {
-  overTexts(state, [](std::string const &text) {
-    long depth = 0, most = 0;
-    for (char const c : text) {
-      depth += (c == '(') - (c == ')');
-      most = std::max(most, depth);
-    }
-    benchmark::DoNotOptimize(most);
-  });
+  overTexts(state, countBracketsOf);
 }
 BENCHMARK(countBrackets)->Unit(benchmark::kMillisecond);
 
@@ -86,5 +97,24 @@ void readAndDescribe(benchmark::State &state)
   });
 }
 BENCHMARK(readAndDescribe)->Unit(benchmark::kMillisecond);
+
+// The same from file to finding, as `gxsmd check` goes through a library.
+void sweepAndCount(benchmark::State &state)
+{
+  if (isInstalled(state))
+    for (auto _ : state)
+      for (std::string const &path : paths())
+        countBracketsOf(contentOf(path));
+}
+BENCHMARK(sweepAndCount)->Unit(benchmark::kMillisecond);
+
+void sweepAndCheck(benchmark::State &state)
+{
+  if (isInstalled(state))
+    for (auto _ : state)
+      for (std::string const &path : paths())
+        benchmark::DoNotOptimize(deviationsOf(readDevice(path), 0.15).size());
+}
+BENCHMARK(sweepAndCheck)->Unit(benchmark::kMillisecond);
 
 }  // namespace

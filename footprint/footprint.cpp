@@ -206,7 +206,10 @@ class Reader
         g.points = {need(center, "center"), need(end, "end")};
         break;
       case Graphic::arc:
-        if (mid || !angle)
+        if (!mid && angle && std::abs(*angle) >= 360.0) {
+          g.kind = Graphic::circle;
+          g.points = {need(start, "start"), need(end, "end")};
+        } else if (mid || !angle)
           g.points = {need(start, "start"), need(mid, "mid"), need(end, "end")};
         else  // the older form: about "start", from "end" on
           g.points = {need(end, "end"), turned(need(start, "start"), *end, *angle / 2.0), turned(*start, *end, *angle)};
@@ -220,7 +223,7 @@ class Reader
 
   static bool isYes(std::string_view v) { return v == "yes" || v == "solid"; }
 
-  /// An arc among the corners stands for its three points.
+  /// Corners, and arcs among them.
   void readCorners(Graphic &g)
   {
     eachItem(in_, footprint_.unknown, [&](std::string_view name) {
@@ -231,7 +234,11 @@ class Reader
       if (name != "arc")
         return false;
       Graphic const arc = readGraphic(Graphic::arc);
-      g.points.insert(g.points.end(), arc.points.begin(), arc.points.end());
+      if (arc.kind == Graphic::arc) {
+        addTo(g.points, arc.points[0], in_);
+        addTo(g.bulges, {g.points.size(), arc.points[1]}, in_);
+        addTo(g.points, arc.points[2], in_);
+      }
       return true;
     });
   }
@@ -276,6 +283,7 @@ class Reader
         pad.size = readPoint(in_);
         hasSize = true;
       } else if (name == "layers") {
+        pad.layers.reserve(3);  // copper, mask, paste
         while (in_.peek() != gxSexprReader::end)
           addTo(pad.layers, gxSexprReader::plain(in_.value()), in_);
       } else if (name == "rect_delta") {

@@ -22,6 +22,10 @@
 struct GX_API gxFootprint {
   /// A drawn line, arc or area.
   struct Graphic {
+    struct Bulge {
+      std::size_t corner = 0;
+      gxVector<2> through;
+    };
     enum Kind : std::uint8_t { line, arc, circle, rectangle, polygon };
 
     Kind kind = line;
@@ -29,6 +33,8 @@ struct GX_API gxFootprint {
     /// line: start, end; arc: start, a point between, end; circle: centre, a point on it; rectangle: two corners;
     /// polygon: its corners
     std::vector<gxVector<2>> points;
+    /// polygon: the sides that are arcs, in the order of the corners where they end
+    std::vector<Bulge> bulges;
     double width = 0.0;  ///< of the stroke
     bool isFilled = false;
   };

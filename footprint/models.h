@@ -19,11 +19,12 @@ struct GX_API gxFootprintProblem {
 
   Kind kind = refused;
   std::string what;  ///< the pad, or the layer
-  std::string why;   ///< the rest of the line that tells it
+  std::string why;   ///< refused: what the outline said
   gxVector<2> from;  ///< gap: one of its ends, as in the file
   gxVector<2> to;    ///< gap: the other one
 
-  std::string text() const { return what + ' ' + why; }
+  /// A line that tells it.
+  std::string text() const;
   double width() const { return from.distance(to); }
 };
 

@@ -10,16 +10,6 @@ namespace
 {
 constexpr int deepest = 200;
 constexpr double largest = 1e6;
-
-bool isBlank(char c)
-{
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-bool endsWord(char c)
-{
-  return isBlank(c) || c == '(' || c == ')' || c == '"';
-}
 }  // namespace
 
 void gxSexprReader::failAt(std::size_t at, std::string const &what) const
@@ -31,32 +21,9 @@ void gxSexprReader::failAt(std::size_t at, std::string const &what) const
                          what);
 }
 
-void gxSexprReader::passBlanks()
+void gxSexprReader::failToPeek() const
 {
-  while (at_ < source_.size() && isBlank(source_[at_]))
-    ++at_;
-}
-
-gxSexprReader::Kind gxSexprReader::peek()
-{
-  passBlanks();
-  if (at_ == source_.size()) {
-    if (depth_ > 0)
-      fail("the text ends inside a list");
-    return end;
-  }
-  switch (source_[at_]) {
-    case '(':
-      return list;
-    case ')':
-      if (depth_ == 0)
-        fail("a bracket closes what is not open");
-      return end;
-    case '"':
-      return text;
-    default:
-      return word;
-  }
+  fail(at_ == source_.size() ? "the text ends inside a list" : "a bracket closes what is not open");
 }
 
 std::string_view gxSexprReader::enter()
@@ -86,17 +53,19 @@ void gxSexprReader::skip()
     value();
     return;
   }
-  std::size_t const start = at_;
+  std::size_t const start = at_, size = source_.size();
   long open = 0;
   do {
-    if (at_ == source_.size())
+    while (at_ < size && classOf(source_[at_]) <= blank)
+      ++at_;
+    if (at_ == size)
       failAt(start, "a list does not end");
-    char const c = source_[at_];
-    if (c == '"') {
+    Class const c = classOf(source_[at_]);
+    if (c == quote) {
       passText();
       continue;
     }
-    open += (c == '(') - (c == ')');
+    open += c == opens ? 1 : -1;
     ++at_;
   } while (open > 0);
 }
@@ -119,13 +88,13 @@ std::string_view gxSexprReader::value()
   std::size_t const start = at_;
   switch (peek()) {
     case text: {
-      std::size_t const quote = at_;
+      std::size_t const from = at_;
       passText();
-      return source_.substr(quote + 1, at_ - quote - 2);
+      return source_.substr(from + 1, at_ - from - 2);
     }
     case word: {
       std::size_t const from = at_;
-      while (at_ < source_.size() && !endsWord(source_[at_]))
+      while (at_ < source_.size() && classOf(source_[at_]) == ordinary)
         ++at_;
       return source_.substr(from, at_ - from);
     }
@@ -138,18 +107,23 @@ double gxSexprReader::number()
 {
   passBlanks();
   std::size_t const start = at_;
-  std::string_view const digits = value();
+  char const *const all = source_.data(), *const last = all + source_.size();
   double v = 0.0;
-  auto const [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), v);
-  if (error != std::errc() || stop != digits.data() + digits.size() || !std::isfinite(v))
-    failAt(start, "\"" + std::string(digits.substr(0, 40)) + "\" is no number");
-  if (std::abs(v) > largest)
-    failAt(start, "the number " + std::string(digits.substr(0, 40)) + " is out of range");
-  return v;
+  auto const [stop, error] = std::from_chars(all + start, last, v);
+  bool const isWhole = stop == last || classOf(*stop) != ordinary;
+  if (error == std::errc() && isWhole && std::abs(v) <= largest) {
+    at_ = static_cast<std::size_t>(stop - all);
+    return v;
+  }
+  std::string const found(value().substr(0, 40));
+  bool const isTooLarge = isWhole && (error == std::errc::result_out_of_range || std::abs(v) > largest);
+  failAt(start, isTooLarge ? "the number " + found + " is out of range" : '"' + found + "\" is no number");
 }
 
 std::string gxSexprReader::plain(std::string_view quoted)
 {
+  if (quoted.find('\\') == std::string_view::npos)
+    return std::string(quoted);
   std::string result;
   for (std::size_t i = 0; i < quoted.size(); ++i) {
     if (quoted[i] == '\\' && i + 1 < quoted.size())

@@ -3,7 +3,9 @@
 #include "foundation/exception.h"
 #include "foundation/export.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -44,11 +46,55 @@ class GX_API gxSexprReader
   [[noreturn]] void fail(std::string const &what) const { failAt(at_, what); }
 
  private:
+  enum Class : std::uint8_t { ordinary, blank, opens, closes, quote };
+
+  static constexpr std::array<Class, 256> classes = [] {
+    std::array<Class, 256> table{};
+    for (char const c : {' ', '\t', '\n', '\r'})
+      table[static_cast<unsigned char>(c)] = blank;
+    table['('] = opens;
+    table[')'] = closes;
+    table['"'] = quote;
+    return table;
+  }();
+
+  static Class classOf(char c) { return classes[static_cast<unsigned char>(c)]; }
   void passBlanks();
   void passText();
   [[noreturn]] void failAt(std::size_t at, std::string const &what) const;
+  [[noreturn]] void failToPeek() const;
 
   std::string_view source_;
   std::size_t at_ = 0;
   int depth_ = 0;
 };
+
+// These run for every item of large files.
+
+inline void gxSexprReader::passBlanks()
+{
+  while (at_ < source_.size() && classOf(source_[at_]) == blank)
+    ++at_;
+}
+
+inline gxSexprReader::Kind gxSexprReader::peek()
+{
+  passBlanks();
+  if (at_ < source_.size()) {
+    switch (classOf(source_[at_])) {
+      case opens:
+        return list;
+      case quote:
+        return text;
+      case closes:
+        if (depth_ > 0)
+          return end;
+        break;
+      default:
+        return word;
+    }
+  } else if (depth_ == 0) {
+    return end;
+  }
+  failToPeek();
+}

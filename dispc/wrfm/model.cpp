@@ -55,8 +55,13 @@ void gxSMDGDModel::polys(Polys const &polys)
 
 Model &gxSMDGDModel::operator<<(Poly const &poly)
 {
+  return *this << Poly(poly);
+}
+
+Model &gxSMDGDModel::operator<<(Poly &&poly)
+{
   mutating();
-  polys_.push_back(poly);
+  polys_.push_back(std::move(poly));
   addPolyLabels_(polys_.back());
   return *this;
 }

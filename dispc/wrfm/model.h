@@ -42,7 +42,9 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   /// Without outlines, at the origin.
   explicit gxSMDGDModel(std::string name = "") : gxSMDGeometricDescription(std::move(name)) {}
   gxSMDGDModel(gxSMDGDModel const &) = default;
+  gxSMDGDModel(gxSMDGDModel &&) noexcept = default;
   gxSMDGDModel &operator=(gxSMDGDModel const &) = default;
+  gxSMDGDModel &operator=(gxSMDGDModel &&) noexcept = default;
   ~gxSMDGDModel() override;
 
   /// @name Outlines
@@ -55,8 +57,9 @@ class GX_API gxSMDGDModel : public gxSMDGeometricDescription
   gxSMDGDPoly const &poly(int index) const;
   /// Replaces all of them.
   void polys(std::vector<gxSMDGDPoly> const &polys);
-  /// Appends a copy.
+  /// Appends a copy, or the outline itself.
   gxSMDGDModel &operator<<(gxSMDGDPoly const &poly);
+  gxSMDGDModel &operator<<(gxSMDGDPoly &&poly);
   /// Appends copies of all outlines that the other model, which may be this one, held before.
   gxSMDGDModel &operator<<(gxSMDGDModel const &model);
   /// Appends the outlines inside the wireframes, in their own frames, each named "poly".

@@ -1,3 +1,4 @@
+#include "dispc/wrfm/detail/polyedit.h"
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/polygon.h"
 #include "foundation/shapeserror.h"
@@ -31,6 +32,39 @@ void gxSMDGDPolyPrivate::copyLooks_(Poly const &from, Poly &to)
   to.positiveArrowColor(from.positiveArrowColor());
   to.negativeArrowColor(from.negativeArrowColor());
   to.weight(from.weight());
+}
+
+Poly gxSMDGDPolyPrivate::outline(std::vector<Vertex> vertices, bool isClosed)
+{
+  for (Vertex const &v : vertices)
+    checkFinite_(v);
+  Poly poly;
+  Edit edit(poly);
+  edit.replaceAll(std::move(vertices));
+  poly.isOpen_ = !isClosed;
+  poly.validate_();
+  edit.keep();
+  return poly;
+}
+
+Poly gxSMDGDPolyPrivate::moved(Poly const &poly, gxVector<2> const &offset)
+{
+  Poly result(poly.name());
+  result.vertices_ = poly.vertices_;
+  result.subModelLabels_ = poly.subModelLabels_;
+  result.prevRoundPoints_ = poly.prevRoundPoints_;
+  result.nextRoundPoints_ = poly.nextRoundPoints_;
+  result.roundSpans_ = poly.roundSpans_;
+  result.isOpen_ = poly.isOpen_;
+  result.labelsInOrder_ = poly.labelsInOrder_;
+  copyLooks_(poly, result);
+  result.colors_ = poly.colors_;
+  for (Vertex &v : result.vertices_)
+    v.point_ = v.point_ + offset;
+  for (auto *const points : {&result.prevRoundPoints_, &result.nextRoundPoints_})
+    for (gxVector<2> &p : *points)
+      p = p + offset;
+  return result;
 }
 
 // Each of the two segments gives the part of it that is next to the vertex.

@@ -167,6 +167,12 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   /// What belongs to a vertex: the vertex, with its rounding, between the parts of its two segments that its
   /// percentages give it; at an end of an open outline the one part that there is. Open, named "poly", without labels,
   /// tolerances and colours of its own, but with direction, arrow colours and weight.
+  /// An outline of these vertices, checked once, as a whole. Throws what vertices() and close() throw.
+  static gxSMDGDPoly outline(std::vector<gxSMDGDPolyVertex> vertices, bool isClosed);
+  /// A copy that lies elsewhere. Nothing of an outline depends on its place, so it is not checked again; @p offset must
+  /// not be so large that the parts of the outline get lost in rounding. (`gx2Rigid * poly` does check.)
+  static gxSMDGDPoly moved(gxSMDGDPoly const &poly, gxVector<2> const &offset);
+
   static gxSMDGDPoly subPoly(gxSMDGDPoly const &poly, int vertex, bool wrap);
   /// The same for a vertex between two segments; throws invalidIndex at an end.
   static gxSMDGDPoly corner(gxSMDGDPoly const &poly, int vertex, bool wrap);

@@ -3,8 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -185,6 +188,16 @@ TEST(Footprints, ArcsOfBothForms)
   gxSMDGDPolyVertex const old = span("(start 0 0) (end 2 0) (angle 90)");
   EXPECT_NEAR(old.segmentAngleSpan().value(), 90, 1e-9);
   EXPECT_NEAR(old.point().distance({0, 2}), 0, 1e-12);
+  // The older form goes all the way round, too; a polygon may have arcs among its corners.
+  gxSMDGDModel const round = modelsOf("(fp_arc (start 1 2) (end 3 2) (angle 360) (layer F.Fab))").body;
+  ASSERT_EQ(round.numPolys(), 1);
+  EXPECT_NEAR(areaOf(round.poly(0)), 4 * std::acos(-1.0), 0.1);
+  gxFootprintModels const slot = modelsOf(R"((fp_poly (pts (xy 0 0) (xy 2 0) (arc (start 2 0) (mid 3 1) (end 2 2))
+    (arc (start 0 2) (mid -1 1) (end 0 0))) (layer F.Fab)))");
+  EXPECT_THAT(slot.problems, IsEmpty());
+  ASSERT_EQ(slot.body.numPolys(), 1);
+  EXPECT_EQ(slot.body.poly(0).numVertices(), 4);
+  EXPECT_NEAR(areaOf(slot.body.poly(0)), 4 + std::acos(-1.0), 0.06);
 }
 
 TEST(Footprints, WhatIsNotSoundIsTold)
@@ -206,6 +219,54 @@ TEST(Footprints, WhatIsNotSoundIsTold)
   ASSERT_EQ(models.body.numPolys(), 1);
   EXPECT_TRUE(models.body.isOpen());
   EXPECT_EQ(models.body.poly(0).numVertices(), 5);
+}
+
+// Closed chains, in pieces, in any order and direction, and with ends that are off a little, are found again.
+TEST(Footprints, LoosePiecesAreJoined)
+{
+  std::mt19937 random(5);
+  auto const shake = [&] { return 0.004 * (double(random() % 2001) / 1000.0 - 1.0); };
+  for (int round = 0; round < 40; ++round) {
+    gxFootprint footprint;
+    long const chains = 1 + round % 7, sides = 3 + round % 5;
+    for (long i = 0; i < chains * sides; ++i) {
+      Point const center(double(i / sides) * 3.0, round);
+      auto const corner = [&](long k) { return center + Point(1.0, gxDegree(360.0 * double(k) / double(sides))); };
+      Point const a = corner(i), b = corner(i + 1);
+      gxFootprint::Graphic g;
+      g.layer = "F.Fab";
+      g.points = {a + Point(shake(), shake()), b + Point(shake(), shake())};
+      if (random() % 2)
+        std::swap(g.points[0], g.points[1]);
+      if (random() % 3 == 0) {
+        g.kind = gxFootprint::Graphic::arc;
+        g.points.insert(g.points.begin() + 1, (a + b) * 0.55 - center * 0.1);
+      }
+      footprint.graphics.push_back(g);
+    }
+    std::shuffle(footprint.graphics.begin(), footprint.graphics.end(), random);
+    gxFootprintModels const models = gfFootprintModels(footprint);
+    EXPECT_THAT(models.problems, IsEmpty());
+    ASSERT_EQ(models.body.numPolys(), chains) << round;
+    for (gxSMDGDPoly const &poly : models.body.polys()) {
+      EXPECT_TRUE(poly.isClosed());
+      EXPECT_EQ(poly.numVertices(), sides);
+    }
+    // With one side missing, one chain stays open, over the whole of the missing side.
+    footprint.graphics.pop_back();
+    gxFootprintModels const open = gfFootprintModels(footprint);
+    ASSERT_EQ(open.problems.size(), 1u);
+    EXPECT_NEAR(open.problems[0].width(), 2.0 * std::sin(std::acos(-1.0) / double(sides)), 0.02);
+  }
+  // Where very many meet, it takes no longer.
+  gxFootprint hub;
+  for (int i = 0; i < 40'000; ++i) {
+    gxFootprint::Graphic g;
+    g.layer = "F.Fab";
+    g.points = {{0, 0}, Point(1000.0, gxDegree(i * 0.009))};
+    hub.graphics.push_back(g);
+  }
+  EXPECT_EQ(gfFootprintModels(hub).body.numPolys(), 20'000);
 }
 
 TEST(Footprints, ErrorsTellThePlace)

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -17,18 +16,6 @@ namespace
 
 constexpr std::string_view archiveStart = "gxar";
 
-std::string contentOf(std::string const &path)
-{
-  errno = 0;
-  std::ifstream is(path, std::ios::binary);
-  std::string text;
-  if (is && !fs::is_directory(path))
-    text.assign(std::istreambuf_iterator<char>(is), {});
-  if (!is || fs::is_directory(path))
-    throw FileError(path + ": " + std::strerror(fs::is_directory(path) ? EISDIR : errno ? errno : EIO));
-  return text;
-}
-
 void passModels(gxArchive &archive, gxFootprintModels &models)
 {
   for (gxSMDGDModel *const model : {&models.pads, &models.body, &models.courtyard})
@@ -36,6 +23,24 @@ void passModels(gxArchive &archive, gxFootprintModels &models)
 }
 
 }  // namespace
+
+std::string contentOf(std::string const &path)
+{
+  errno = 0;
+  std::error_code unknown;
+  std::ifstream is(path, std::ios::binary);
+  auto const size = fs::file_size(path, unknown);
+  std::string text(unknown ? 4096 : static_cast<std::size_t>(size) + 1, '\0');  // one more, so that the end is met
+  std::size_t read = 0;
+  while (is.read(text.data() + read, static_cast<std::streamsize>(text.size() - read))) {
+    read = text.size();
+    text.resize(2 * read);
+  }
+  text.resize(read + static_cast<std::size_t>(is.gcount()));
+  if (!is.eof())
+    throw FileError(path + ": " + std::strerror(fs::is_directory(path, unknown) ? EISDIR : errno ? errno : EIO));
+  return text;
+}
 
 Device readDevice(std::string const &path)
 {

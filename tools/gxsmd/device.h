@@ -12,6 +12,9 @@ struct Device {
   gxFootprintModels models;
 };
 
+/// All bytes of a file. Throws FileError.
+std::string contentOf(std::string const &path);
+
 /// Reads a footprint, or models that gxsmd has stored. Throws FileError, which names the file and the place.
 Device readDevice(std::string const &path);
 

@@ -345,3 +345,38 @@ TEST(Poly, Mapping)
   EXPECT_NE(weighted, p);
   EXPECT_TRUE(gfRealEq(weighted, p, 1e-12));
 }
+
+// What is moved or made in one go without being checked again is what checking gives.
+TEST(Poly, MovedAndMadeInOneGo)
+{
+  using P = gxSMDGDPolyPrivate;
+  Random random(71);
+  int sound = 0;
+  for (int round = 0; round < 300; ++round) {
+    std::vector<gxSMDGDPolyVertex> vertices;
+    for (Corner const &c : star(random, 3 + random.below(8)))
+      vertices.push_back(c.vertex());
+    bool const isClosed = !random.one(3);
+    try {
+      Outline reference;
+      reference.vertices(vertices);
+      if (isClosed)
+        reference.close();
+      ++sound;
+      Outline const whole = P::outline(vertices, isClosed);
+      EXPECT_EQ(whole.allFields(), reference.allFields()) << asCode(reference);
+      gxVector<2> const offset(random.in(-50, 50), random.in(-50, 50));
+      Outline const moved = P::moved(whole, offset), mapped = gx2Rigid(gxDegree(), offset) * whole;
+      EXPECT_TRUE(gfRealEq(moved, mapped, 1e-12)) << asCode(reference);
+      EXPECT_EQ(P::subModelLabels(moved), P::subModelLabels(mapped));
+      for (int v = 0; v < moved.numVertices(); ++v)
+        EXPECT_TRUE(!moved.isRounded(v) || moved.fillet(v).p1().distance(mapped.fillet(v).p1()) < 1e-11);
+      Outline edited = moved, expected = mapped;  // the boxes that edits look at are its own
+      edited.deleteVertex(0);
+      expected.deleteVertex(0);
+      EXPECT_TRUE(gfRealEq(edited, expected, 1e-12));
+    } catch (gxException const &) {
+    }
+  }
+  EXPECT_GT(sound, 100);
+}

@@ -1,14 +1,28 @@
 #include "dispc/wrfm/detail/polypiece.h"
 #include "dispc/wrfm/poly.h"
 
+#include <algorithm>
+
 // Where an outline meets itself. What lies far away, by the boxes round the pieces, is left out where these are
 // current.
 
 namespace
 {
 /// Adjacent pieces meet at their joint, whatever the rounding of its coordinates: nearer than this, in units of the
-/// size of the outline, a common point is the joint.
+/// size of the outline or, of a flat arc, of its radius, a common point is the joint.
 constexpr double kJointTolerance = 1e-9;
+constexpr double kFlatJointTolerance = 1e-11;
+
+double radiusOf(gx_PolyPiece const &piece)
+{
+  auto const *const arc = std::get_if<gx2SegmentArc>(&piece);
+  return arc ? arc->radius(gxDegree()) : 0.0;
+}
+
+double jointTolerance(double size, gx_PolyPiece const &a, gx_PolyPiece const &b)
+{
+  return std::max(kJointTolerance * size, kFlatJointTolerance * std::max(radiusOf(a), radiusOf(b)));
+}
 }  // namespace
 
 bool gxSMDGDPoly::segmentIntersectsVertex_(int s, int v) const
@@ -32,11 +46,12 @@ gx_Meeting gxSMDGDPoly::meetingOf_(int s, int t) const
   bool const lines = isLineSegment_(s) && isLineSegment_(t);
   if (adjacent && lines)
     return {};
-  gx_Meeting const points = gx_meet(gx_roundedSegment(*this, s), gx_roundedSegment(*this, t), adjacent);
+  gx_PolyPiece const first = gx_roundedSegment(*this, s), second = gx_roundedSegment(*this, t);
+  gx_Meeting const points = gx_meet(first, second, adjacent);
   if (!adjacent || points.count == 0)
     return points;
 
-  double const near = kJointTolerance * outlineSize_();
+  double const near = jointTolerance(outlineSize_(), first, second);
   auto const isJoint = [&](gxVector<2> const &p, int before, int after) {
     return previousVertexIndex_(after) == before && !hasFillet_(before) && p.distance(vertexPoint_(before)) <= near;
   };
@@ -82,11 +97,12 @@ bool gxSMDGDPoly::segmentIntersectsSegment_(int s, int t) const
     return meetingOf_(s, t).count != 0;
   if (isLineSegment_(s) && isLineSegment_(t))
     return false;
-  double const near = kJointTolerance * outlineSize_();
+  gx_PolyPiece const first = gx_plainSegment(*this, s), second = gx_plainSegment(*this, t);
+  double const near = jointTolerance(outlineSize_(), first, second);
   auto const isJoint = [&](gxVector<2> const &p, int before, int after) {
     return previousVertexIndex_(after) == before && p.distance(vertexPoint_(before)) <= near;
   };
-  for (gxVector<2> const &p : gx_meet(gx_plainSegment(*this, s), gx_plainSegment(*this, t), false))
+  for (gxVector<2> const &p : gx_meet(first, second, false))
     if (!isJoint(p, s, t) && !isJoint(p, t, s))
       return true;
   return false;

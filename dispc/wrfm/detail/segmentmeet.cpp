@@ -2,6 +2,7 @@
 
 #include "foundation/shapeserror.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -16,15 +17,32 @@ struct Triangle {
   int count = 0;  ///< 2, 1 if both are the same, 0 if there are none
 };
 
+/// a + b - c without loss where that is little.
+double excess(double a, double b, double c)
+{
+  return (std::max(a, b) - c) + std::min(a, b);
+}
+
+/// With k the cosine of the turn, which tells nothing of it where a circle is huge, as that of a flat arc is: 1 - k and
+/// 1 + k are products of the excesses of two sides over the third, and the tangent of half the turn is the root of
+/// their quotient (W. Kahan, Miscalculating Area and Angles of a Needle-like Triangle, 1986).
 Triangle solveTriangle(double r1, double r2, double d, bool excludeEnds)
 {
-  double const k = (r2 * r2 + d * d - r1 * r1) / (2.0 * r2 * d);
-  int const count = std::abs(std::abs(k) - 1.0) > tiny ? 2 : 1;
-  if (std::abs(k) <= 1.0)
-    return {gxRadian(std::acos(k)), count};
-  if (excludeEnds || count == 2 || k != k)
+  double const over = excess(r1, r2, d), under = excess(r1, d, r2), inner = excess(r2, d, r1), sum = r2 + d + r1;
+  if (!std::isfinite(sum))
     return {};
-  return {gxDegree(k > 0.0 ? 0.0 : 180.0), 1};
+  double const belowOne = 0.5 * (over / r2) * (under / d), aboveMinusOne = 0.5 * (inner / r2) * (sum / d);
+  // On a circle that is the larger one all points of the smaller one have nearly the same direction.
+  double const share = std::min(1.0, r1 / r2), rounding = 0x1p-53 * share;
+  double const least = std::min(belowOne, aboveMinusOne);
+  int const count = std::abs(least) <= tiny * share ? 1 : 2;
+  if (belowOne >= -rounding && aboveMinusOne >= -rounding) {
+    auto const root = [](double a, double b) { return std::sqrt(std::max(a, 0.0)) * std::sqrt(std::max(b, 0.0)); };
+    return {gxRadian(2.0 * std::atan2(root(over, under), root(inner, sum))), count};
+  }
+  if (excludeEnds || count == 2)
+    return {};
+  return {gxDegree(belowOne < aboveMinusOne ? 0.0 : 180.0), 1};
 }
 
 }  // namespace

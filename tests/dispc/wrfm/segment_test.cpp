@@ -17,6 +17,7 @@
 #include <optional>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 namespace
 {
@@ -159,6 +160,75 @@ TEST(SegmentIntersection, agreesWithBisectionOnRandomPieces)
   }
   EXPECT_GT(decided, 3000);
   EXPECT_GT(met, 1000);
+}
+
+/// A circle in more digits than the segments have.
+struct WideCircle {
+  long double x, y, r, start, span;  // radians
+
+  WideCircle(V a, V b, double degrees) : span(static_cast<long double>(degrees) * std::numbers::pi_v<long double> / 180)
+  {
+    long double const dx = static_cast<long double>(b.x()) - a.x(), dy = static_cast<long double>(b.y()) - a.y();
+    long double const height = 0.5L / std::tan(span / 2);
+    x = a.x() + dx / 2 - dy * height;
+    y = a.y() + dy / 2 + dx * height;
+    r = std::hypot(a.x() - x, a.y() - y);
+    start = std::atan2(a.y() - y, a.x() - x);
+  }
+  V at(double t) const
+  {
+    long double const w = start + span * t;
+    return {static_cast<double>(x + r * std::cos(w)), static_cast<double>(y + r * std::sin(w))};
+  }
+  double direction(double t) const { return static_cast<double>(start + span * t) + (span < 0 ? -pi : pi) / 2; }
+  double away(V p) const { return static_cast<double>(std::abs(std::hypot(p.x() - x, p.y() - y) - r)); }
+};
+
+TEST(SegmentIntersection, ofFlatArcsIsAsExactAsTheirCentres)
+{
+  Random random(7004);
+  double worstOfOrdinary = 0;
+  for (int i = 0; i < 30000; ++i) {
+    auto const flat = [&](V a) {
+      V const b = a + V(random.in(0.5, 10), gxDegree(random.in(0, 360)));
+      double const span = 180 * std::pow(10, random.in(-8.25, 0)) * (random.coin() ? 1 : -1);
+      return std::tuple(a, b, span);
+    };
+    // one arc through a place on the other one, which may be as flat, or any
+    auto const [a, b, span] = flat(random.point(10));
+    WideCircle const circle(a, b, span);
+    auto [c, d, otherSpan] = flat(V());
+    if (i % 3)
+      otherSpan = random.in(20, 200) * (random.coin() ? 1 : -1);
+    double const t = random.in(0.05, 0.95), u = random.in(0.05, 0.95);
+    V const place = circle.at(t);
+    c = place - WideCircle(V(), d, otherSpan).at(u);
+    d += c;
+    WideCircle const other(c, d, otherSpan);
+    double const sine = std::abs(std::sin(circle.direction(t) - other.direction(u)));
+    if (sine < 0.3)
+      continue;
+    gx2SegmentArc const p(a, b, gxDegree(span)), q(c, d, gxDegree(otherSpan));
+    double const size = static_cast<double>(circle.r + other.r) + 30;
+    bool const ofLine = i % 4 == 0;  // across, with the tangent of the other arc at the place
+    V const along(3, gxRadian(other.direction(u)));
+    auto const found = ofLine       ? p.intersection(gx2SegmentLine(place - along, place + along), true)
+                       : i % 2 == 0 ? p.intersection(q, true)
+                                    : q.intersection(p, true);
+    std::ostringstream text;
+    text.precision(17);
+    text << "arcs " << a << b << span << ", " << c << d << otherSpan << (ofLine ? ", line" : "");
+    double nearest = 1e300;
+    for (V const f : found) {
+      nearest = std::min(nearest, f.distance(place));
+      ASSERT_LT(circle.away(f), 3e-15 * size) << text.str();
+      ASSERT_LT(ofLine ? 0.0 : other.away(f), 3e-15 * size) << text.str();
+    }
+    ASSERT_LT(nearest, 1e-14 * size) << text.str();
+    if (std::abs(span) > 10 && i % 3)
+      worstOfOrdinary = std::max(worstOfOrdinary, nearest);
+  }
+  EXPECT_LT(worstOfOrdinary, 2e-12);
 }
 
 TEST(SegmentIntersection, endsCountOrDoNotAndTouchingGivesOnePoint)

@@ -26,9 +26,23 @@ void printUsage(std::ostream &os)
         "      --layers L                   of pads, body, courtyard, with commas between; all by default\n"
         "  synth FILE PICTURE [OPTION...]   a grey picture as of a camera\n"
         "      --scale S                    as above\n"
-        "      --blur R                     out of focus by R pels\n"
+        "      --at X,Y,DEGREES             where the origin of the footprint lies in the picture, in pels, and how "
+        "the\n"
+        "                                   device is turned, counter-clockwise; near the upper left by default\n"
+        "      --size WxH                   of the picture; as large as need be by default\n"
+        "      --blur R                     out of focus by R pels, the standard deviation\n"
         "      --noise N                    grey values, the standard deviation\n"
+        "      --shading P                  by which part the light falls off to the corners, 0 to 1\n"
         "      --seed N                     of the noise; the same gives the same picture\n"
+        "  measure PICTURE FILE --pose X,Y,DEGREES [OPTION...]\n"
+        "                                   how far the edges in a picture lie from where a pose puts them, in pels\n"
+        "                                   outwards, segment by segment, and what the pose is off by\n"
+        "      --scale S                    as above\n"
+        "      --reach R                    looks up to R pels to either side; 6 by default\n"
+        "      --corner R                   stays R pels away from corners; 3 by default, more for blurred pictures\n"
+        "      --csv FILE                   a row for each segment\n"
+        "      --picture FILE               the picture 4 times as large, with outlines, and offsets 40 times as long\n"
+        "      --limit R                    status 1 if a segment lies farther off on the average\n"
         "  store FILE MODELS                stores the models, to be given in place of a footprint\n"
         "  check [OPTION...] PATH...        footprints and folders of them: outlines that do not close or cross\n"
         "                                   themselves, pads that overlap, sizes and pitches against the name\n"
@@ -37,7 +51,7 @@ void printUsage(std::ostream &os)
         "  --help, --version\n"
         "\n"
         "A FILE is a footprint (.kicad_mod) or what store has written. Exit status: 0, 1 for a file that cannot be\n"
-        "read or written or that check finds fault with, 2 for a command line that makes no sense.\n";
+        "read or written, or that check or measure finds fault with, 2 for a command line that makes no sense.\n";
 }
 
 std::string sizeOf(gxRect const &box)
@@ -76,8 +90,8 @@ void store(Words const &words)
   writeModels(line.operands()[1], readDevice(line.operands()[0]).models);
 }
 
-constexpr ToolCommand commands[] = {
-    {"info", info}, {"render", renderCommand}, {"synth", synthCommand}, {"store", store}, {"check", checkCommand}};
+constexpr ToolCommand commands[] = {{"info", info},   {"render", renderCommand}, {"synth", synthCommand},
+                                    {"store", store}, {"check", checkCommand},   {"measure", measureCommand}};
 
 }  // namespace
 

@@ -1,9 +1,11 @@
 #include "foundation/netpbm.h"
+#include "foundation/vector.h"
 #include "tests/support/tooltest.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 namespace
@@ -58,6 +60,12 @@ TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
            {"info .", 1, ".: Is a directory"},
            {"info cut.kicad_mod", 1, "cut.kicad_mod: line 4, column "},
            {"store open.kicad_mod none/x", 1, "none/x: No such file"},
+           {"synth close.kicad_mod x.ppm --at 5", 2, "'5' is no pose"},
+           {"synth open.kicad_mod x.ppm --shading 2", 2, "too large a part"},
+           {"measure x.ppm open.kicad_mod", 2, "--pose"},
+           {"measure none.ppm open.kicad_mod --pose 1,2", 1, "none.ppm: "},
+           {"measure open.kicad_mod open.kicad_mod --pose 1,2", 1, "open.kicad_mod: "},
+           {"measure x.ppm open.kicad_mod --pose 1,2 --reach 90", 2, "--reach is from 2 to 50"},
            {"check --tolerance -1 open.kicad_mod", 2, "no tolerance"},
        }) {
     EXPECT_EQ(run(row.arguments), row.status) << row.arguments;
@@ -78,8 +86,7 @@ TEST_F(Gxsmd, CheckTellsWhatDeviates)
   EXPECT_THAT(out, HasSubstr("wide_3x1.2mm.kicad_mod: the body measures 2 x 1.2 mm, its name says 3 x 1.2"));
   EXPECT_THAT(out, HasSubstr("apart_P2.5mm.kicad_mod: no two pads are 2.5 mm apart"));
   EXPECT_THAT(out, HasSubstr("close.kicad_mod: pads \"1\" and \"2\" overlap"));
-  EXPECT_THAT(out,
-              HasSubstr("open.kicad_mod: F.CrtYd does not close; from (4, 0) to (0, 0) a gap of 4 mm"));
+  EXPECT_THAT(out, HasSubstr("open.kicad_mod: F.CrtYd does not close; from (4, 0) to (0, 0) a gap of 4 mm"));
   EXPECT_THAT(out, HasSubstr("cut.kicad_mod: line 4"));
   EXPECT_THAT(out, HasSubstr("6 files: 1 not read, 4 with faults, 1 sound"));
   std::string const table = contentOf(folder / "found.csv");
@@ -94,9 +101,9 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
   auto const sharp = gfReadNetpbmColor(at("sharp.ppm"));
   EXPECT_EQ(sharp.size(), gxPair<long>(165, 90));  // 2.9 x 1.4 mm and a margin
   auto const grey = [&](auto const &picture, long x, long y) { return (picture.get(x, y).value() >> 8) & 255; };
-  EXPECT_EQ(grey(sharp, 2, 2), 90u);
-  EXPECT_EQ(grey(sharp, 15, 45), 210u);
-  EXPECT_EQ(grey(sharp, 82, 45), 40u);
+  EXPECT_EQ(grey(sharp, 2, 2), 120u);
+  EXPECT_EQ(grey(sharp, 15, 45), 220u);
+  EXPECT_EQ(grey(sharp, 82, 45), 30u);
   ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod noisy.ppm --scale 50 --blur 2 --noise 4 --seed 9"), 0) << err;
   ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod again.ppm --scale 50 --blur 2 --noise 4 --seed 9"), 0) << err;
   EXPECT_EQ(contentOf(folder / "noisy.ppm"), contentOf(folder / "again.ppm"));
@@ -104,7 +111,7 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
   double sum = 0.0, squares = 0.0;
   for (long y = 30; y < 60; ++y)
     for (long x = 60; x < 100; ++x) {
-      double const v = static_cast<double>(grey(noisy, x, y)) - 40.0;
+      double const v = static_cast<double>(grey(noisy, x, y)) - 30.0;
       sum += v;
       squares += v * v;
     }
@@ -119,6 +126,32 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
     EXPECT_THAT(out, HasSubstr("pads: 2 outlines, 2.9 x 1.4 mm"));
   }
   EXPECT_EQ(contentOf(folder / "chip_2x1.2mm.kicad_mod.ppm"), contentOf(folder / "chip.models.ppm"));
+}
+
+// A camera image at a known place is measured there, and beside it.
+TEST_F(Gxsmd, MeasuresWhatItMakes)
+{
+  ASSERT_EQ(run("synth chip_2x1.2mm.kicad_mod shot.ppm --at 90.37,70.21,13 --size 180x140"), 0) << err;
+  auto const shot = gfReadNetpbmColor(at("shot.ppm"));
+  EXPECT_EQ(shot.size(), gxPair<long>(180, 140));
+  ASSERT_EQ(run("measure shot.ppm chip_2x1.2mm.kicad_mod --pose 90.37,70.21,13 --limit 0.02"), 0) << err;
+  auto const offBy = [&] {
+    double x = 9.0, y = 9.0, degrees = 9.0;
+    std::size_t const from = out.find("off by (");
+    if (from != std::string::npos)
+      std::sscanf(out.c_str() + from, "off by (%lf, %lf) pels and %lf", &x, &y, &degrees);
+    return gxVector<2>(x, y);
+  };
+  EXPECT_LT(offBy().len(), 0.01) << out;
+  EXPECT_EQ(run("measure shot.ppm chip_2x1.2mm.kicad_mod --pose 90.67,70.01,13 --limit 0.02 --csv off.csv "
+                "--picture off.ppm"),
+            1);
+  EXPECT_LT(offBy().distance({0.3, -0.2}), 0.01) << out;
+  EXPECT_THAT(err, HasSubstr("farther off than the --limit"));
+  EXPECT_THAT(contentOf(folder / "off.csv"), HasSubstr("\n\"pad 1\",line,0,"));
+  EXPECT_EQ(gfReadNetpbmColor(at("off.ppm")).size(), gxPair<long>(720, 560));
+  EXPECT_EQ(run("measure shot.ppm chip_2x1.2mm.kicad_mod --pose 900,900"), 1);
+  EXPECT_THAT(err, HasSubstr("no edge where the pose puts"));
 }
 
 }  // namespace

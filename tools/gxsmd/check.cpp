@@ -5,18 +5,13 @@
 #include <fstream>
 #include <iostream>
 
-namespace
-{
-
-std::string quoted(std::string const &text)
+std::string quotedField(std::string const &text)
 {
   std::string result = "\"";
   for (char const c : text)
     result += c == '"' ? std::string("\"\"") : std::string(1, c);
   return result + '"';
 }
-
-}  // namespace
 
 void checkCommand(ToolWords const &words)
 {
@@ -46,7 +41,7 @@ void checkCommand(ToolWords const &words)
     for (std::string const &finding : found) {
       std::cout << path << ": " << finding << '\n';
       if (csv)
-        table << quoted(path) << ',' << quoted(name) << ',' << quoted(finding) << '\n';
+        table << quotedField(path) << ',' << quotedField(name) << ',' << quotedField(finding) << '\n';
     }
   }
   std::cout << files << " files: " << refused << " not read, " << faulty << " with faults, " << files - refused - faulty

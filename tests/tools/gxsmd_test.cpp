@@ -52,7 +52,14 @@ TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
            {"info", 2, "a file is missing"},
            {"render open.kicad_mod", 2, "render takes"},
            {"render open.kicad_mod x.gif", 2, "pictures can be"},
-           {"render open.kicad_mod x.ppm --layers paste", 2, "'paste' are no layers"},
+           {"render open.kicad_mod x.ppm --layers paste", 2, "'paste' is no layer"},
+           {"render open.kicad_mod x.ppm --layers F.Fab", 1,
+            "nothing is drawn on F.Fab; there are drawings on F.CrtYd"},
+           {"render open.kicad_mod x.ppm --fillets maybe", 2, "'maybe' makes no sense for --fillets"},
+           {"render open.kicad_mod x.ppm --at 1,2", 2, "--at needs a picture"},
+           {"render open.kicad_mod x.ppm --over none.png", 1, "none.png: No such file"},
+           {"render open.kicad_mod x.ppm --over open.kicad_mod", 1, "open.kicad_mod: "},
+           {"render open.kicad_mod x.ppm --over none.png --at 1,2,", 2, "'1,2,' is no pose"},
            {"render open.kicad_mod x.ppm --scale 0", 2, "no scale"},
            {"synth open.kicad_mod x.ppm --blur far", 2, "'far' is no radius"},
            {"synth open.kicad_mod x.ppm", 1, "nothing to be seen"},
@@ -152,6 +159,51 @@ TEST_F(Gxsmd, MeasuresWhatItMakes)
   EXPECT_EQ(gfReadNetpbmColor(at("off.ppm")).size(), gxPair<long>(720, 560));
   EXPECT_EQ(run("measure shot.ppm chip_2x1.2mm.kicad_mod --pose 900,900"), 1);
   EXPECT_THAT(err, HasSubstr("no edge where the pose puts"));
+}
+
+// A black picture of 100 x 80 pels, on it a device whose origin lies in pel (40, 50), 10 pels to the
+// millimetre.
+TEST_F(Gxsmd, DrawsOverAPictureAtAPose)
+{
+  write("black.pgm", "P5 100 80 255\n" + std::string(8000, '\0'));
+  write("lines.kicad_mod",
+        "(footprint f (at 1 1 90) (fp_line (start 0 0) (end 2 0) (layer F.SilkS) (width 0.3))\n"
+        "  (fp_arc (start 0 0) (mid 2 2) (end 4 0) (layer Dwgs.User) (width 0.1)))");
+  ASSERT_EQ(run("store chip_2x1.2mm.kicad_mod stored.kicad_mod"), 0) << err;
+  struct Row {
+    char const *device, *options;
+    long x, y;
+    bool isDrawn;
+  };
+  for (Row const &row : {
+           // The body is the frame from (-1, -0.6) to (1, 0.6), the first pad that from (-1.45, -0.7) to (-0.45, 0.7).
+           Row{"chip_2x1.2mm", "--layers body --at 40.25,50.25", 30, 50, true},
+           {"chip_2x1.2mm", "--layers body --at 40.25,50.25", 40, 44, true},
+           {"chip_2x1.2mm", "--layers body --at 40.25,50.25", 40, 50, false},
+           {"chip_2x1.2mm", "--layers body", 50, 34, true},                      // in the middle
+           {"chip_2x1.2mm", "--layers pads --at 40.25,50.25,90", 40, 64, true},  // the left one is below now
+           {"chip_2x1.2mm", "--layers pads --at 40.25,50.25,90", 40, 54, true},
+           {"chip_2x1.2mm", "--layers pads --at 40.25,50.25,90", 25, 50, false},
+           // The second pad, from (0.45, -0.7) to (1.45, 0.7), has fillets of 0.25.
+           {"chip_2x1.2mm", "--layers pads --at 40.25,50.25", 54, 43, false},
+           {"chip_2x1.2mm", "--layers pads --at 40.25,50.25 --fillets off", 54, 43, true},
+           {"stored", "--layers pads --at 40.25,50.25", 49, 43, true},
+           // Turned by its own place, and moved: the line runs up from there, three pels wide.
+           {"lines", "--layers silk --at 40.25,50.25", 50, 60, true},
+           {"lines", "--layers silk --at 40.25,50.25", 49, 50, true},
+           {"lines", "--layers silk --at 40.25,50.25", 51, 41, true},
+           {"lines", "--layers silk --at 40.25,50.25", 53, 50, false},
+           {"lines", "--layers Dwgs.User --at 40.25,50.25", 70, 40, true},
+           {"lines", "--layers Dwgs.User --at 40.25,50.25", 50, 50, false},
+       }) {
+    ASSERT_EQ(
+        run("render " + std::string(row.device) + ".kicad_mod over.ppm --over black.pgm --scale 10 " + row.options), 0)
+        << err;
+    auto const picture = gfReadNetpbmColor(at("over.ppm"));
+    ASSERT_EQ(picture.size(), gxPair<long>(100, 80));
+    EXPECT_EQ(picture.get(row.x, row.y).value() != 0, row.isDrawn)
+        << row.device << ' ' << row.options << " at " << row.x << ", " << row.y;
+  }
 }
 
 }  // namespace

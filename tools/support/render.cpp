@@ -47,6 +47,8 @@ struct Drawing {
   {
     Canvas<Surface> canvas(shown.sz(), view.scale, options...);
     canvas.tablet.dragDel(gxPair<long>() - shown.ul());
+    if (view.under.isBound())
+      canvas.tablet.draw(view.under, gxPoint(0, 0), false, 0, gxUITablet::image);
     canvas.tablet.draw(sketch, {}, view.layer);
     write(canvas.surface);
   }
@@ -143,6 +145,11 @@ std::string pictureKinds()
   for (Kind const &kind : kinds())
     all += (all.empty() ? "" : ", ") + kind.extension;
   return all;
+}
+
+void needPictureKind(std::string const &path)
+{
+  kindOf(path);
 }
 
 void render(gxUISketch const &sketch, View const &view, std::string const &path)

@@ -1,18 +1,26 @@
 #include "backends/pels/pelsurface.h"
 #include "examples/demo/pages.h"
 #include "examples/demo/scene.h"
+#include "footprint/footprint.h"
 
 #include "foundation/exception.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
 
-// The road of a drawing, from a camera picture to what an operator sees: a tree of tablets draws on the image and the
-// overlay layer of a surface in memory, and records. Numbered pictures go to the folder demo-out, one line each.
+// The road of a drawing, from a device in a file and a camera picture to what an operator sees: tablets draw on the
+// image and the overlay layer of a surface in memory, and record. Numbered pictures go to the folder demo-out, one line
+// each.
 //
-//   demo [PICTURE]     PICTURE is a PNG or PGM file; without it the demonstration renders a board
+//   demo [FOOTPRINT] [PICTURE]     a land pattern (.kicad_mod); a grey picture, PNG or PGM. Without them the
+//                                  demonstration takes a device of its own, and renders a board
 //
-// Exit status: 0, or 1 if the picture cannot be read or a result cannot be written.
+// Exit status: 0, or 1 if a file cannot be read or a result cannot be written.
 
 namespace
 {
@@ -141,19 +149,61 @@ constexpr void (*chapters[])(Pages &) = {
     shapesChapter,   letteringChapter, imagesChapter,      graphicsChapter,
     outlinesChapter, modelChapter,     rectilinearChapter, devicesChapter,
 };
+
+bool isFootprint(std::string const &path)
+{
+  return std::filesystem::path(path).extension() == ".kicad_mod";
+}
+
+gxFootprint readFootprint(std::string const &path)
+{
+  std::ifstream is(path, std::ios::binary);
+  std::string const text{std::istreambuf_iterator<char>(is), {}};
+  if (!is)
+    throw std::runtime_error(path + ": cannot be read");
+  try {
+    return gxFootprint::read(text);
+  } catch (gxFootprintError const &e) {
+    throw std::runtime_error(path + ": " + e.message());
+  }
+}
+
+/// What the command line names.
+struct Arguments {
+  std::string footprint = GX_DEMO_FOOTPRINT, picture;
+
+  /// False for a command line that makes no sense.
+  bool read(int argc, char **argv)
+  {
+    int footprints = 0, pictures = 0;
+    for (int i = 1; i < argc; ++i)
+      if (argv[i][0] == '-')
+        return false;
+      else if (isFootprint(argv[i]))
+        ++footprints, footprint = argv[i];
+      else
+        ++pictures, picture = argv[i];
+    return footprints <= 1 && pictures <= 1;
+  }
+};
 }  // namespace
 
 int main(int argc, char **argv)
 {
-  if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
-    std::cerr << "usage: demo [PICTURE]   a grey picture, PNG or PGM; without it a board is rendered\n";
+  Arguments arguments;
+  if (!arguments.read(argc, argv)) {
+    std::cerr << "usage: demo [FOOTPRINT] [PICTURE]   a .kicad_mod file; a grey picture, PNG or PGM\n";
     return 1;
   }
   try {
+    gxFootprint const device = readFootprint(arguments.footprint);
+    auto const camera = arguments.picture.empty() ? boardPicture() : readPicture(arguments.picture);
     Pages pages("demo-out");
-    tabletsChapter(pages, argc == 2 ? readPicture(argv[1]) : boardPicture());
+    deviceChapter(pages, device);
+    tabletsChapter(pages, camera);
     for (auto const chapter : chapters)
       chapter(pages);
+    knownTruthChapter(pages, device);
   } catch (std::exception const &e) {
     std::cerr << "demo: " << e.what() << '\n';
     return 1;

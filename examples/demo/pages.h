@@ -7,6 +7,7 @@
 #include <string>
 
 class gxUISketch;
+struct gxFootprint;
 
 /// @file
 /// The pages of the demonstration: numbered pictures in a folder, each with a line on the terminal.
@@ -35,6 +36,12 @@ class Pages
 };
 
 // The chapters, in the order of the pages; each in a source of its own, and a row of the table in demo.cpp.
+
+/// A device out of a file: its outlines, a camera image of it with the overlay, a sketch, a page of vectors.
+void deviceChapter(Pages &pages, gxFootprint const &footprint);
+
+/// How well an overlay lies on an image: measured in place, and beside it. The last page.
+void knownTruthChapter(Pages &pages, gxFootprint const &footprint);
 
 /// Every shape, each under a map of its own.
 void shapesChapter(Pages &pages);

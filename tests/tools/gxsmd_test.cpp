@@ -89,6 +89,8 @@ TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
 TEST_F(Gxsmd, CheckTellsWhatDeviates)
 {
   EXPECT_EQ(run("check chip_2x1.2mm.kicad_mod"), 0) << out;
+  EXPECT_EQ(run("check " GX_SOURCE_ROOT "/examples/data"), 0) << out;
+  EXPECT_THAT(out, HasSubstr("3 files: 0 not read, 0 with faults, 3 sound"));
   EXPECT_EQ(run("check --csv found.csv ."), 1);
   EXPECT_THAT(out, HasSubstr("wide_3x1.2mm.kicad_mod: the body measures 2 x 1.2 mm, its name says 3 x 1.2"));
   EXPECT_THAT(out, HasSubstr("apart_P2.5mm.kicad_mod: no two pads are 2.5 mm apart"));

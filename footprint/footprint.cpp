@@ -12,7 +12,7 @@ using Graphic = gxFootprint::Graphic;
 using Pad = gxFootprint::Pad;
 using Point = gxVector<2>;
 
-constexpr std::size_t mostItems = 1'000'000;
+constexpr std::size_t mostItems = 1'000'000, mostBytes = 1UL << 28;
 
 /// Known items that say nothing of outlines, in the order of the alphabet.
 constexpr std::string_view ofNoUse[] = {
@@ -121,7 +121,7 @@ class Reader
   bool item(std::string_view name)
   {
     if (name == "pad")
-      addTo(footprint_.pads, readPad(), in_);
+      readPad();
     else if (name.substr(0, 3) == "fp_" && kindOf(name.substr(3)))
       addTo(footprint_.graphics, readGraphic(*kindOf(name.substr(3))), in_);
     else if (name == "fp_text" || name == "property")
@@ -266,12 +266,18 @@ class Reader
       addTo(footprint_.texts, std::move(t), in_);
   }
 
-  Pad readPad()
+  void readPad()
   {
     Pad pad;
     pad.number = gxSexprReader::plain(in_.value());
     pad.type = std::string(in_.value());
-    pad.shape = shapeOf(in_.value());
+    std::string_view const shape = in_.value();
+    auto const known = shapeOf(shape);
+    if (!known) {
+      ++footprint_.unknown["pad of shape " + std::string(shape.substr(0, 40))];
+      return;
+    }
+    pad.shape = *known;
     bool hasPlace = false, hasSize = false;
     eachItem(in_, footprint_.unknown, [&](std::string_view name) {
       if (name == "at") {
@@ -320,10 +326,10 @@ class Reader
     });
     if (!hasPlace || !hasSize)
       in_.fail("pad \"" + pad.number + "\" lacks its " + (hasPlace ? "size" : "place"));
-    return pad;
+    addTo(footprint_.pads, std::move(pad), in_);
   }
 
-  Pad::Shape shapeOf(std::string_view name) const
+  static std::optional<Pad::Shape> shapeOf(std::string_view name)
   {
     if (name == "rect")
       return Pad::rectangle;
@@ -337,7 +343,7 @@ class Reader
       return Pad::trapezoid;
     if (name == "custom")
       return Pad::custom;
-    in_.fail("a pad of unknown shape \"" + std::string(name.substr(0, 40)) + "\"");
+    return {};
   }
 
   void readChamfer(Pad &pad)
@@ -358,6 +364,8 @@ class Reader
 
 gxFootprint gxFootprint::read(std::string_view text)
 {
+  if (text.size() > mostBytes)
+    throw gxFootprintError("the text is longer than " + std::to_string(mostBytes >> 20) + " MB");
   gxFootprint footprint;
   gxSexprReader in(text);
   Reader(in, footprint).read();

@@ -165,7 +165,8 @@ TEST(Edges, BlurNoiseAndLightDoNotMoveThem)
   EXPECT_GT(blurred.found(), 200);
   EXPECT_LT(std::abs(blurred.worst()), 0.05);
   for (gxSegmentEdges const &s : blurred.segments)
-    EXPECT_LT(std::abs(s.mean()), 0.02) << s.isBody << ' ' << s.outline << ' ' << s.vertex << ' ' << s.kind << ' ' << s.points.size() << " (a blurred arc is not to look smaller)";
+    EXPECT_LT(std::abs(s.mean()), 0.02) << s.isBody << ' ' << s.outline << ' ' << s.vertex << ' ' << s.kind << ' '
+                                        << s.points.size() << " (a blurred arc is not to look smaller)";
 
   look.noise = 3.0;
   look.shading = 0.5;

@@ -77,7 +77,8 @@ template <class Target>
 void addArrows(gxSMDGDPoly const &poly, gxXform<2> const &xform, Target &target, double size)
 {
   visitSegments(poly, [&](int s) {
-    addArrow(xform, target, middleOf(poly, s), size, poly.positiveArrowColor(), poly.negativeArrowColor());
+    if (!Private::isUsedUp_(poly, s))
+      addArrow(xform, target, middleOf(poly, s), size, poly.positiveArrowColor(), poly.negativeArrowColor());
   });
 }
 

@@ -138,7 +138,7 @@ class GX_API gxGenPoly : public gxShape
   bool isLineSegment(long index) const;
   bool isArcSegment(long index) const { return !isLineSegment(index); }
   /// The whole segment between its vertices if @p unrounded, else what its roundings leave of it. These throw BadGeom
-  /// for a segment of the other kind.
+  /// for a segment of the other kind, and for one that its roundings use up.
   gxLineSeg lineSegment(long index, bool unrounded) const;
   gxEllipseArc arcSegment(long index, bool unrounded) const;
   gxEllipseArc2 ellipseSegment(long index, bool unrounded) const;

@@ -83,7 +83,7 @@ class Marks
       longest = std::max(longest, point(v).distance(point(v + 1)));
     for (int v = 0; v < n; ++v) {
       int const s = Private::previousSegmentIndex_(poly_, v);
-      if (s != -1 && point(v - 1).distance(point(v)) >= 0.2 * longest)
+      if (s != -1 && !Private::isUsedUp_(poly_, s) && point(v - 1).distance(point(v)) >= 0.2 * longest)
         drawOne(s, 0.08 * longest);
     }
   }
@@ -140,6 +140,9 @@ bool drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unround
   bool isRounded = false;  // vertex 0 of an open outline, which no segment ends at, has no fillet
   for (std::size_t i = 0; i < segments; ++i) {
     std::size_t const s = i + 1 == n ? 0 : i + 1;
+    isRounded |= vertices[s].vertexRadius() != 0.0;
+    if (!unrounded && Private::isUsedUp_(poly, static_cast<int>(s)))
+      continue;
     if (vertices[s].segmentAngleSpan().value() == 0.0 || Private::isLineSegment_(poly, static_cast<int>(s)))
       strokes.line(xform.mapPoint(unrounded ? vertices[i].point() : starts[i]),
                    xform.mapPoint(unrounded ? vertices[s].point() : ends[s]));
@@ -147,7 +150,6 @@ bool drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unround
       strokes.arc(unrounded ? Private::arcSegment_(poly, static_cast<int>(s))
                             : Private::roundedArcSegment_(poly, static_cast<int>(s)),
                   xform);
-    isRounded |= vertices[s].vertexRadius() != 0.0;
   }
   return isRounded;
 }

@@ -120,7 +120,7 @@ gxPtrHandle<gxShape> gxGenPoly::decompose() const
       else
         parts.push_back(negCornerArc_(arc));
     }
-    if (v >= numSegments())
+    if (v >= numSegments() || gxSMDGDPolyPrivate::isUsedUp_(poly_, segmentAt_(v)))
       continue;
     if (isLineSegment(v))
       parts.push_back(new gxLineSeg(lineSegment(v, false)));

@@ -77,9 +77,10 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
 
   /// @name Vertices
   /// Changes either succeed or leave the outline as it was. They throw invalidIndex, invalidVertices,
-  /// crossingSegments, invalidRounding, gxShapesError::DegenerateShape (a segment without length, or one that its
-  /// roundings use up) and gxShapesError::BadGeom (a length that breaks its tolerance, a coordinate or span that is
-  /// not finite). The vertex may be one of this outline.
+  /// crossingSegments, invalidRounding, gxShapesError::DegenerateShape (a segment without length, one that its
+  /// roundings use up, or a rounding too small to be an arc) and gxShapesError::BadGeom (a length that breaks its
+  /// tolerance, a coordinate or span that is not finite). The first and the last segment of an open outline may be
+  /// used up: nothing is drawn of them, and nothing measured. The vertex may be one of this outline.
   ///@{
   long numVertices() const { return static_cast<long>(vertices_.size()); }
   long numSegments() const { return numVertices() < 2 ? 0 : numVertices() - isOpen_; }
@@ -224,6 +225,13 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// By its radius; whether it is an end, where the radius has no effect, is not asked.
   bool vertexIsRounded_(int v) const { return vertexRadius_(v) > kSpanEpsilon; }
   double forwardPercExtension_(int v) const { return at_(v).forwardPercExtension_; }
+  /// True if the rounding beside it leaves nothing of the segment, which is the first or the last one of an open
+  /// outline. There is no piece to be had of it then.
+  bool isUsedUp_(int s) const
+  {
+    long const n = numVertices();
+    return isOpen_ && n > 2 && (s == 1 || s == n - 1) && hasNoRest_(s);
+  }
   double backwardPercExtension_(int v) const { return at_(v).backwardPercExtension_; }
   void forwardPercExtension_(int v, double fraction);
   void backwardPercExtension_(int v, double fraction);
@@ -354,6 +362,8 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   /// A box that holds segment @p i and the fillet of vertex @p i, with room for rounding.
   gx_PolyBoxes::Box boxAt_(int i) const;
   bool segmentIsSound_(int s) const;
+  /// True if the roundings at the ends of a segment meet, up to rounding errors.
+  bool hasNoRest_(int s) const;
   /// Those of the segments and the fillet that a change of vertex @p v touches.
   void markBoxesStale_(int v) noexcept;
   void refreshBoxes_();
@@ -365,6 +375,9 @@ class GX_API gxSMDGDPoly : public gxSMDGeometricDescription
   gx_Meeting meetingOf_(int s, int t) const;
   bool claimsTooMuch_(int before, int after) const;
   void checkDimension_(int s) const;
+  /// Throws gxShapesError::DegenerateShape for a fillet, or the rest of a segment, that cannot be made.
+  void checkFillet_(int v) const;
+  void checkRest_(int s) const;
   void rebuildLabels_();
   void checkLoaded_(gxArchive const &archive);
   /// What is wrong with the content, but for its labels, after it came from outside; null if nothing is.

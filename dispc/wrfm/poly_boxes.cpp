@@ -52,7 +52,9 @@ gx_PolyBoxes::Box gxSMDGDPoly::boxAt_(int i) const
   if (previousSegmentIndex_(i) != -1) {
     int const before = i == 0 ? static_cast<int>(numVertices()) - 1 : i - 1;
     gxVector<2> const from = nextRoundPoints_[static_cast<std::size_t>(before)], to = prevRoundPoints_[at];
-    if (isLineSegment_(i)) {
+    if (isUsedUp_(i)) {
+      box = around(from, to, relativeMargin * largest(from, to));
+    } else if (isLineSegment_(i)) {
       box = aroundLine(from, to);
     } else {
       // A part of an arc lies within the whole. It may be no arc any more, which is for the one to find who asks for

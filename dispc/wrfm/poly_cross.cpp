@@ -27,7 +27,7 @@ double jointTolerance(double size, gx_PolyPiece const &a, gx_PolyPiece const &b)
 
 bool gxSMDGDPoly::segmentIntersectsVertex_(int s, int v) const
 {
-  if (!hasFillet_(v) || s == previousSegmentIndex_(v) || s == nextSegmentIndex_(v))
+  if (!hasFillet_(v) || s == previousSegmentIndex_(v) || s == nextSegmentIndex_(v) || isUsedUp_(s))
     return false;
   return gx_meet(gxSMDGDPolyPrivate::roundedArcVertex_(*this, v), gx_roundedSegment(*this, s), false).count != 0;
 }
@@ -44,7 +44,7 @@ gx_Meeting gxSMDGDPoly::meetingOf_(int s, int t) const
 {
   bool const adjacent = s == previousVertexIndex_(t) || t == previousVertexIndex_(s);
   bool const lines = isLineSegment_(s) && isLineSegment_(t);
-  if (adjacent && lines)
+  if ((adjacent && lines) || isUsedUp_(s) || isUsedUp_(t))
     return {};
   gx_PolyPiece const first = gx_roundedSegment(*this, s), second = gx_roundedSegment(*this, t);
   gx_Meeting const points = gx_meet(first, second, adjacent);

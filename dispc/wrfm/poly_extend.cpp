@@ -192,7 +192,7 @@ void gxSMDGDPoly::checkExtensions_(gxSMDGDPoly &other, double clearance, gxDegre
     for (int j = 0; j < other.numVertices(); ++j) {
       if (other.previousSegmentIndex_(j) == -1)
         continue;
-      if (!samePoly || i != j)
+      if ((!samePoly || i != j) && !other.isUsedUp_(j))
         shortenBoth(gx_roundedSegment(other, j));
       if (other.hasFillet_(j) && !(samePoly && (j == start || j == i)))
         shortenBoth(gxSMDGDPolyPrivate::roundedArcVertex_(other, j));

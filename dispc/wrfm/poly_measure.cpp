@@ -14,6 +14,8 @@ double gxSMDGDPoly::segmentLength_(int s) const
 
 double gxSMDGDPoly::roundedSegmentLength_(int s) const
 {
+  if (isUsedUp_(s))
+    return 0.0;
   return gx_ask(gx_roundedSegment(*this, s), [](auto const &piece) { return piece.length(); });
 }
 
@@ -34,6 +36,8 @@ gxVector<2> gxSMDGDPoly::closestSegmentPoint_(int s, gxVector<2> const &p) const
 
 gxVector<2> gxSMDGDPoly::closestRoundedSegmentPoint_(int s, gxVector<2> const &p) const
 {
+  if (isUsedUp_(s))
+    return prevRoundPoints_[vertexAt_(s, false)];
   return gx_ask(gx_roundedSegment(*this, s), [&](auto const &piece) { return piece.closestPoint(p); });
 }
 
@@ -89,7 +93,8 @@ double gxSMDGDPoly::perimeter_(gxXform<2> const &xform) const
 {
   double sum = 0.0;
   visitSegments_([&](int s) {
-    sum += gx_ask(gx_roundedSegment(*this, s), [&](auto const &piece) { return (xform * piece).length(); });
+    if (!isUsedUp_(s))
+      sum += gx_ask(gx_roundedSegment(*this, s), [&](auto const &piece) { return (xform * piece).length(); });
     if (hasFillet_(s))
       sum += (xform * gxSMDGDPolyPrivate::roundedArcVertex_(*this, s)).length();
   });
@@ -156,6 +161,8 @@ bool gxSMDGDPolyPrivate::isCircle(gxSMDGDPoly const &poly)
   double sum = 0.0;
   bool round = true;
   poly.visitSegments_([&](int s) {
+    if (poly.isUsedUp_(s))
+      return;
     if (!round || !poly.isArcSegment_(s)) {
       round = false;
       return;

@@ -81,7 +81,7 @@ std::vector<gx2SegmentArc> gxSMDGDPolyPrivate::ranges_(gxSMDGDPoly const &poly, 
     if (poly.hasFillet_(v))
       appendArcRanges(roundedArcVertex_(poly, v), p, poly.prevRoundPoints_[at], poly.nextRoundPoints_[at], ranges);
     int const s = poly.nextSegmentIndex_(v);
-    if (s == -1 || s == excludedSegment)
+    if (s == -1 || s == excludedSegment || poly.isUsedUp_(s))
       continue;
     gxVector<2> const from = poly.nextRoundPoints_[at], to = poly.prevRoundPoints_[static_cast<std::size_t>(s)];
     if (poly.isArcSegment_(s)) {

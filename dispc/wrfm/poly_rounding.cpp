@@ -3,6 +3,7 @@
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/shapeserror.h"
 
+#include <algorithm>
 #include <cmath>
 
 using Private = gxSMDGDPolyPrivate;
@@ -43,6 +44,32 @@ gx2SegmentArc Private::roundedArcVertex_(gxSMDGDPoly const &poly, int v)
 {
   std::size_t const i = poly.vertexAt_(v, false);
   return {poly.prevRoundPoints_[i], poly.nextRoundPoints_[i], gxDegree(poly.roundSpans_[i])};
+}
+
+namespace
+{
+/// A segment is used up if what is left of it is no longer than this, in units of its coordinates and its radius, and
+/// of its chord.
+constexpr double kUsedUpTolerance = 1e-14;
+constexpr double kUsedUpPart = 1e-3;
+
+double reach(gxVector<2> const &p)
+{
+  return std::abs(p.x()) + std::abs(p.y());
+}
+}  // namespace
+
+bool gxSMDGDPoly::hasNoRest_(int s) const
+{
+  int const before = previousVertexIndex_(s);
+  if (!hasFillet_(before) && !hasFillet_(s))
+    return false;
+  gxVector<2> const a = nextRoundPoints_[vertexAt_(before, false)], b = prevRoundPoints_[vertexAt_(s, false)];
+  gxVector<2> const from = vertexPoint_(before), to = vertexPoint_(s);
+  double const chord = from.distance(to), sine = std::sin(gxRadian(segmentAngleSpan_(s)).value() / 2.0);
+  double const radius = isArcSegment_(s) ? 0.5 * chord / std::abs(sine) : 0.0;
+  double const tolerance = std::min(kUsedUpTolerance * (reach(from) + reach(to) + radius), kUsedUpPart * chord);
+  return a.distance(b) <= tolerance;
 }
 
 // ---- Slides

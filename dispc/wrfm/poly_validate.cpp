@@ -1,5 +1,6 @@
 #include "dispc/wrfm/detail/polyedit.h"
 #include "dispc/wrfm/poly.h"
+#include "dispc/wrfm/polyprivate.h"
 #include "foundation/shapeserror.h"
 
 bool gxSMDGDPoly::claimsTooMuch_(int before, int after) const
@@ -31,6 +32,11 @@ void gxSMDGDPoly::validate_()
     if (vertexLabel_(i) != -1 && vertexLabel_(i) == vertexLabel_(p) && claimsTooMuch_(p, i))
       throw crossingSegments();
     checkDimension_(i);
+  }
+  for (int i = 0; i < n; ++i) {
+    checkFillet_(i);
+    if (previousSegmentIndex_(i) != -1)
+      checkRest_(i);
   }
 }
 
@@ -84,6 +90,12 @@ void gxSMDGDPoly::validateReplacement_(int i)
       throw crossingSegments();
     checkDimension_(ns);
   }
+  for (int const v : filletsAround_(i)) {
+    checkFillet_(v);
+    for (int const s : {previousSegmentIndex_(v), nextSegmentIndex_(v)})
+      if (s != -1)
+        checkRest_(s);
+  }
 }
 
 void gxSMDGDPoly::validateDeletion_(int i)
@@ -101,6 +113,25 @@ void gxSMDGDPoly::validateClose_()
   if (numVertices() < 2)
     throw invalidVertices();
   validateReplacement_(0);
+}
+
+void gxSMDGDPoly::checkFillet_(int v) const
+{
+  if (hasFillet_(v))
+    gxSMDGDPolyPrivate::roundedArcVertex_(*this, v);
+}
+
+// Only what is cut back: a whole segment is looked at by its dimension.
+void gxSMDGDPoly::checkRest_(int s) const
+{
+  if (!hasFillet_(previousVertexIndex_(s)) && !hasFillet_(s))
+    return;
+  if (isUsedUp_(s))
+    return;
+  if (hasNoRest_(s))
+    throw gxShapesError::DegenerateShape();
+  if (isArcSegment_(s))
+    gxSMDGDPolyPrivate::roundedArcSegment_(*this, s);
 }
 
 // What segmentDimension() throws, it throws too. Of a line that may have any length nothing needs to be measured.

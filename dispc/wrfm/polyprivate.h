@@ -30,6 +30,7 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   static int previousVertexIndex_(gxSMDGDPoly const &poly, int s) { return poly.previousVertexIndex_(s); }
   static int nextVertexIndex_(gxSMDGDPoly const &poly, int s) { return poly.nextVertexIndex_(s); }
   static bool isLineSegment_(gxSMDGDPoly const &poly, int s) { return poly.isLineSegment_(s); }
+  static bool isUsedUp_(gxSMDGDPoly const &poly, int s) { return poly.isUsedUp_(s); }
   static bool vertexIsRounded_(gxSMDGDPoly const &poly, int v) { return poly.vertexIsRounded_(v); }
   static std::vector<long> subModelLabels(gxSMDGDPoly const &poly);
   static void setWeight_(gxSMDGDPoly &poly, double weight) { poly.weight(weight); }
@@ -70,7 +71,7 @@ class GX_API gxSMDGDPolyPrivate : public gxSMDGDPoly
   ///@{
   static gx2SegmentLine lineSegment_(gxSMDGDPoly const &poly, int s);
   static gx2SegmentArc arcSegment_(gxSMDGDPoly const &poly, int s);
-  /// Cut back to the roundings at its ends.
+  /// Cut back to the roundings at its ends. DegenerateShape also for one that these use up.
   static gx2SegmentLine roundedLineSegment_(gxSMDGDPoly const &poly, int s);
   static gx2SegmentArc roundedArcSegment_(gxSMDGDPoly const &poly, int s);
   ///@}

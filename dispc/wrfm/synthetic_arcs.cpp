@@ -17,7 +17,7 @@ using Point = gxVector<2>;
 
 /// The running extents, each of which may be missing.
 struct Extents {
-  double *minX, *maxX, *minY, *maxY;
+  double *minX = nullptr, *maxX = nullptr, *minY = nullptr, *maxY = nullptr;
 
   void add(Point const &p) const
   {
@@ -57,26 +57,42 @@ bool isFinite(gx2SegmentArc const &arc)
   return std::isfinite(p.x() + p.y()) && std::isfinite(q.x() + q.y()) && std::isfinite(c.x() + c.y());
 }
 
+/// Calls onPoint(p) for each point but the first, and onJoint() for one that is the same as the one before.
+template <class OnPoint, class OnJoint>
+void drawArc(Buffer const &buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, unsigned char value, bool smooth,
+             OnPoint onPoint, OnJoint onJoint)
+{
+  gx2SegmentArc const image = xform * arc;
+  if (!isFinite(image) || !mayShow(image, buffer.window()))
+    return;
+  gf_walkChords(
+      arc, gf_chordCount(arc, image), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
+      [&](Point const &q, Point const &before) {
+        onPoint(q);
+        if (q == before)
+          onJoint();
+        else
+          gf_drawSyntheticLine(buffer, q, before, gxXform<2>(), value, smooth);
+      });
+}
+
 }  // namespace
+
+void gf_drawSyntheticArc(Buffer const &buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, unsigned char value,
+                         bool smooth)
+{
+  drawArc(
+      buffer, arc, xform, value, smooth, [](Point const &) {}, [] {});
+}
 
 void drawArcPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, signed char colour,
                    signed char smooth, double *minX, double *maxX, double *minY, double *maxY)
 {
   buffer.checkBound();
-  gx2SegmentArc const image = xform * arc;
-  if (!isFinite(image) || !mayShow(image, buffer.window()))
-    return;
-  Extents const extents{minX, maxX, minY, maxY};
-  auto const value = static_cast<unsigned char>(colour);
-  gf_walkChords(
-      arc, gf_chordCount(arc, image), [&](gxDegree a) { return xform.mapPoint(arc.arcPoint(a)); },
-      [&](Point const &q, Point const &before) {
-        if (!smooth)
-          extents.add(q);
-        if (q == before)
-          throw gxShapesError::DegenerateShape();
-        gf_drawSyntheticLine(buffer, q, before, gxXform<2>(), value, smooth);
-      });
+  Extents const extents = smooth ? Extents{} : Extents{minX, maxX, minY, maxY};
+  drawArc(
+      buffer, arc, xform, static_cast<unsigned char>(colour), smooth, [&](Point const &q) { extents.add(q); },
+      [] { throw gxShapesError::DegenerateShape(); });
 }
 
 void drawHorizontalExtentsPelBuf(Buffer buffer, gx2SegmentArc const &arc, gxXform<2> const &xform, signed char colour,

@@ -30,23 +30,24 @@ unsigned char greyOf(gxSMDGDPoly const &poly)
   return gxSMDColors::colorToGrayScale(poly.colors().syntheticDefaultColor());
 }
 
-/// The edges, segment by segment, each with the fillet at its end.
+/// The edges, segment by segment, each with the fillet at its end. What roundings leave of a segment may be too short
+/// to have a length where it is seen; a whole segment has one.
 void drawEdges(gxSMDGDPoly const &poly, gxXform<2> const &xform, Buffer const &window, unsigned char value, bool smooth)
 {
-  auto const colour = static_cast<signed char>(value);
   auto const drawLine = [&](gx2SegmentLine const &line) {
-    gf_drawSyntheticLine(window, line.p1(), line.p2(), xform, value, smooth);
+    if (!(xform.mapPoint(line.p1()) == xform.mapPoint(line.p2())))
+      gf_drawSyntheticLine(window, line.p1(), line.p2(), xform, value, smooth);
   };
-  auto const drawArc = [&](gx2SegmentArc const &arc) {
-    drawArcPelBuf(window, arc, xform, colour, smooth, nullptr, nullptr, nullptr, nullptr);
-  };
+  auto const drawArc = [&](gx2SegmentArc const &arc) { gf_drawSyntheticArc(window, arc, xform, value, smooth); };
   for (int v = 0; v < poly.numVertices(); ++v) {
     if (Private::previousSegmentIndex_(poly, v) == -1)
       continue;
-    if (Private::isLineSegment_(poly, v))
-      drawLine(Private::roundedLineSegment_(poly, v));
-    else
-      drawArc(Private::roundedArcSegment_(poly, v));
+    if (!Private::isUsedUp_(poly, v)) {
+      if (Private::isLineSegment_(poly, v))
+        drawLine(Private::roundedLineSegment_(poly, v));
+      else
+        drawArc(Private::roundedArcSegment_(poly, v));
+    }
     if (Private::vertexIsRounded_(poly, v) && !Private::isEndVertex(poly, v))
       drawArc(Private::roundedArcVertex_(poly, v));
   }

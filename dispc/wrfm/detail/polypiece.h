@@ -17,7 +17,7 @@ inline gx_PolyPiece gx_plainSegment(gxSMDGDPoly const &poly, int s)
   return gxSMDGDPolyPrivate::arcSegment_(poly, s);
 }
 
-/// The segment between its roundings.
+/// The segment between its roundings, which do not use it up.
 inline gx_PolyPiece gx_roundedSegment(gxSMDGDPoly const &poly, int s)
 {
   if (gxSMDGDPolyPrivate::isLineSegment_(poly, s))

@@ -1,6 +1,7 @@
 #include "dispc/wrfm/detail/polyrounded.h"
 
 #include "dispc/wrfm/arc.h"
+#include "dispc/wrfm/detail/polyfields.h"
 
 namespace
 {
@@ -51,6 +52,8 @@ gx_RoundedPiece gx_roundedVertex(gxSMDGDPoly const &poly, int v)
 
 gx_RoundedPiece gx_roundedPiece(gxSMDGDPoly const &poly, int s)
 {
+  if (Private::isUsedUp_(poly, s))
+    return gx_PolyFields::prevRoundPoints(poly)[static_cast<std::size_t>(s)];
   if (Private::isLineSegment_(poly, s))
     return Private::roundedLineSegment_(poly, s);
   return Private::roundedArcSegment_(poly, s);

@@ -10,7 +10,8 @@ using gx_RoundedPiece = std::variant<gxVector<2>, gx2SegmentLine, gx2SegmentArc>
 
 /// The fillet of a vertex, or its point where it has none.
 gx_RoundedPiece gx_roundedVertex(gxSMDGDPoly const &poly, int v);
-/// The segment that ends at the vertex. Throws gxSMDGDPoly::invalidIndex if there is none.
+/// The segment that ends at the vertex; a point if a fillet uses it up. Throws gxSMDGDPoly::invalidIndex if there is
+/// none.
 gx_RoundedPiece gx_roundedPiece(gxSMDGDPoly const &poly, int s);
 
 /// The nearest point of a piece.

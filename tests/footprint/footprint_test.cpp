@@ -262,6 +262,22 @@ TEST(Footprints, LoosePiecesAreJoined)
     ASSERT_EQ(open.problems.size(), 1u);
     EXPECT_NEAR(open.problems[0].width(), 2.0 * std::sin(std::acos(-1.0) / double(sides)), 0.02);
   }
+  // What hangs on a closed outline does not break it, wherever it stands in the file; what is drawn twice counts once.
+  std::vector<std::pair<Point, Point>> lines = {{{0, 0}, {4, 0}},   {{4, 0}, {4, 3}}, {{4, 3}, {0, 3}},
+                                                {{0, 3}, {0, 0}},   {{4, 3}, {0, 3}}, {{0, 0}, {-1, 0}},
+                                                {{-1, 0}, {-1, 1}}, {{4, 3}, {5, 3}}, {{4, 3}, {4.01, 3}}};
+  for (int round = 0; round < 50; ++round) {
+    std::shuffle(lines.begin(), lines.end(), random);
+    gxFootprint footprint;
+    for (auto const &[a, b] : lines)
+      footprint.graphics.push_back({gxFootprint::Graphic::line, "F.Fab", {a, b}, {}, 0.1, false});
+    gxFootprintModels const models = gfFootprintModels(footprint);
+    ASSERT_EQ(models.body.numPolys(), 3) << round;
+    EXPECT_TRUE(models.body.poly(0).isClosed());
+    EXPECT_EQ(models.body.poly(0).numVertices(), 4);
+    EXPECT_EQ(models.body.poly(1).numVertices() + models.body.poly(2).numVertices(), 5);
+    EXPECT_EQ(models.problems.size(), 2u);
+  }
   // Where very many meet, it takes no longer.
   gxFootprint hub;
   for (int i = 0; i < 40'000; ++i) {

@@ -327,7 +327,7 @@ class GX_API gxUITablet : public gx_UITabletBase
   ///@{
   /// Throws gxUIError::BadIconPattern for other characters, ragged rows, and a pattern without a row.
   static gxRLEBuffer makeIcon(char const *pattern, std::vector<unsigned char> const &colorMap);
-  /// True if the pel at @p pos, from the top left corner, is neither `.` nor blank; false outside. @p width is the
+  /// True if the pel at @p pos, from the top left corner, is neither a dot nor a blank; false outside. @p width is the
   /// pitch of the rows in the text, delimiter included, or -1 to find it there. A null pattern is not touched.
   static bool iconTouched(char const *pattern, gxPair<long> const &pos, long width);
   /// A cross-hair in a circle, 13 x 13 pels; its pel value 0 draws.

@@ -5,8 +5,10 @@
 #include "tools/gxsmd/device.h"
 #include "tools/support/errors.h"
 #include "tools/support/render.h"
+#include "tools/support/text.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 
 namespace
@@ -53,7 +55,9 @@ void printUsage(std::ostream &os)
         "  check [OPTION...] PATH...        footprints and folders of them: outlines that do not close or cross\n"
         "                                   themselves, pads that overlap, sizes and pitches against the name\n"
         "      --tolerance MM               of these; 0.15 by default\n"
-        "      --csv FILE                   a row for each finding: file, name, finding\n"
+        "      --csv FILE                   a row for each finding: file, name, kind, finding\n"
+        "      --html FILE                  a page with counts, findings and pictures, which needs no other file\n"
+        "      --pictures N                 for the first N files that deviate; 200 by default\n"
         "  --help, --version\n"
         "\n"
         "A FILE is a footprint (.kicad_mod) or what store has written. Exit status: 0, 1 for a file that cannot be\n"
@@ -76,15 +80,15 @@ void info(Words const &words)
   for (std::string const &path : line.operands()) {
     Device const device = readDevice(path);
     gxFootprintModels const &m = device.models;
-    std::cout << path << ": " << device.footprint.name << '\n'
+    std::cout << oneLine(path + ": " + device.footprint.name) << '\n'
               << "  pads: " << m.pads.numPolys() << " outlines, " << sizeOf(m.pads.boundingBox({})) << '\n'
               << "  body: " << m.body.numPolys() << " outlines, " << sizeOf(bodyBox(m.body)) << '\n'
               << "  courtyard: " << m.courtyard.numPolys() << " outlines, " << sizeOf(m.courtyard.boundingBox({}))
               << '\n';
     for (gxFootprintProblem const &problem : m.problems)
-      std::cout << "  " << problem << '\n';
+      std::cout << "  " << oneLine(problem.text()) << '\n';
     for (auto const &[name, count] : device.footprint.unknown)
-      std::cout << "  left out: " << name << ", " << count << '\n';
+      std::cout << "  left out: " << oneLine(name) << ", " << count << '\n';
   }
 }
 
@@ -93,7 +97,12 @@ void store(Words const &words)
   CommandLine const line(words, {});
   if (line.operands().size() != 2)
     throw UsageError("store takes a footprint and the file for its models");
-  writeModels(line.operands()[1], readDevice(line.operands()[0]).models);
+  std::string const &from = line.operands()[0], &to = line.operands()[1];
+  Device const device = readDevice(from);
+  std::error_code unknown;
+  if (std::filesystem::equivalent(from, to, unknown))
+    throw UsageError(to + " is the file that is read; give another name to what is written");
+  writeModels(to, device.models);
 }
 
 constexpr ToolCommand commands[] = {{"info", info},   {"render", renderCommand}, {"synth", synthCommand},

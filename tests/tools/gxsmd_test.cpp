@@ -2,11 +2,15 @@
 #include "foundation/vector.h"
 #include "tests/support/tooltest.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -73,15 +77,22 @@ TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
            {"measure none.ppm open.kicad_mod --pose 1,2", 1, "none.ppm: "},
            {"measure open.kicad_mod open.kicad_mod --pose 1,2", 1, "open.kicad_mod: "},
            {"measure x.ppm open.kicad_mod --pose 1,2 --reach 90", 2, "--reach is from 2 to 50"},
+           {"store open.kicad_mod ./open.kicad_mod", 2, "is the file that is read"},
+           {"store open.kicad_mod /dev/full", 1, "/dev/full: No space left"},
+           {"render --layers body open.kicad_mod x.ppm", 1, "open.kicad_mod: there is nothing to draw on these layers"},
            {"check --tolerance -1 open.kicad_mod", 2, "no tolerance"},
+           {"check --csv none/x .", 1, "none/x: No such file"},
+           {"check --html none/x .", 1, "none/x: No such file"},
+           {"check --html /dev/full open.kicad_mod", 1, "/dev/full: No space left"},
+           {"check --csv x --html x .", 2, "give two"},
+           {"check --csv wide_3x1.2mm.kicad_mod .", 2, "has the name of a footprint"},
+           {"check --pictures 3 .", 2, "give it by --html"},
        }) {
     EXPECT_EQ(run(row.arguments), row.status) << row.arguments;
     EXPECT_THAT(err, HasSubstr(row.says)) << row.arguments;
     EXPECT_THAT(err, testing::StartsWith("gxsmd: ")) << row.arguments;
+    EXPECT_THAT(out, testing::Not(HasSubstr("apart"))) << "the sweep began: " << row.arguments;
   }
-  std::filesystem::create_directory(folder / "empty");
-  EXPECT_EQ(run("check empty"), 1);
-  EXPECT_THAT(err, HasSubstr("empty: there is no footprint"));
   EXPECT_EQ(run("--help"), 0);
   EXPECT_THAT(out, HasSubstr("Exit status"));
 }
@@ -99,7 +110,7 @@ TEST_F(Gxsmd, CheckTellsWhatDeviates)
   EXPECT_THAT(out, HasSubstr("cut.kicad_mod: line 4"));
   EXPECT_THAT(out, HasSubstr("6 files: 1 not read, 4 with faults, 1 sound"));
   std::string const table = contentOf(folder / "found.csv");
-  EXPECT_THAT(table, testing::StartsWith("file,name,finding\n"));
+  EXPECT_THAT(table, testing::StartsWith("file,name,kind,finding\n"));
   EXPECT_THAT(table, HasSubstr("\"pads \"\"1\"\" and \"\"2\"\" overlap\""));
   EXPECT_EQ(run("check --tolerance 2 wide_3x1.2mm.kicad_mod"), 0);
 }
@@ -135,6 +146,142 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
     EXPECT_THAT(out, HasSubstr("pads: 2 outlines, 2.9 x 1.4 mm"));
   }
   EXPECT_EQ(contentOf(folder / "chip_2x1.2mm.kicad_mod.ppm"), contentOf(folder / "chip.models.ppm"));
+}
+
+// What each file says, after its name, in one line; check reads on behind it, and the others tell the same.
+TEST_F(Gxsmd, FilesThatCannotBeRead)
+{
+  auto const pad = [](std::string const &rest) { return "(footprint a\n (pad 1 smd " + rest + "))"; };
+  std::filesystem::create_directories(folder / "bad/empty");
+  struct Row {
+    std::string name, text, says;
+  };
+  std::vector<Row> const rows = {
+      {"archive", std::string("gxar\1\0\0\0\xff\xff", 10), " at byte "},
+      {"behind", "(footprint a) (footprint b)", "line 1, column 15: something stands behind the footprint; mend"},
+      {"bracket", "(footprint a)\n)", "line 2, column 1: a bracket closes what is not open"},
+      {"cut", "(footprint a\n (pad 1 smd rect (at 0 0)", "line 2, column 26: the text ends inside a list"},
+      {"deep", "(footprint a" + std::string(100'000, '('), "line 1, column 14: a list does not end"},
+      {"empty", "", "line 1, column 1: this is no footprint"},
+      {"escape", pad("rect (at 0 \x1b[31m\n7))"), "line 2, column 24: \" [31m\" is no number"},
+      {"no_size", pad("rect (at 0 0) (layers F.Cu)"), "pad \"1\" lacks its size"},
+      {"other", "(kicad_pcb (version 1))", "line 1, column 11: this is no footprint: it begins with \"kicad_pcb\""},
+      {"pad", "(footprint a (pad))", "line 1, column 18: a word or a text was expected"},
+      {"quote", "(footprint a\n (descr \"no end)\n)", "line 2, column 9: a text does not end"},
+      {"range", pad("rect (at 0 -2e6) (size 1 1)"), "line 2, column 24: the number -2e6 is out of range"},
+      {"shape", pad("star (at 0 0) (size 1 1)"), "line 2, column 17: a pad of unknown shape \"star\""},
+      {"zero", pad("rect (at 0 0) (size 0 1) (layers F.Cu)"), "pad \"1\" has no size"},
+  };
+  for (Row const &row : rows)
+    write(("bad/" + row.name + ".kicad_mod").c_str(), row.text);
+  write("bad/unknown_layers.kicad_mod", pad("rect (at 0 0) (size 1 1) (layers Nowhere)"));
+  std::filesystem::create_symlink("nowhere", folder / "bad/gone.kicad_mod");
+  EXPECT_EQ(run("check bad bad/empty"), 1);
+  for (Row const &row : rows) {
+    std::string const name = "bad/" + row.name + ".kicad_mod";
+    EXPECT_THAT(out, HasSubstr(name + ": ")) << row.name;
+    std::string const line = out.substr(std::min(out.find(name), out.size()));
+    EXPECT_THAT(line.substr(0, line.find('\n')), HasSubstr(row.says));
+  }
+  EXPECT_THAT(out, HasSubstr("bad/gone.kicad_mod: No such file or directory; see "));
+  EXPECT_THAT(out, HasSubstr("bad/empty: Is a directory; name a file, or for check a folder with footprints"));
+  EXPECT_THAT(out, HasSubstr("\n17 files: 15 not read, 1 with faults, 1 sound\n"));
+  EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 17) << out;
+  for (char const *const command : {"info bad/cut.kicad_mod", "synth bad/cut.kicad_mod x.ppm",
+                                    "store bad/cut.kicad_mod x", "render bad/cut.kicad_mod x.ppm"}) {
+    EXPECT_EQ(run(command), 1);
+    EXPECT_EQ(err,
+              "gxsmd: bad/cut.kicad_mod: line 2, column 26: the text ends inside a list; mend the file there, or "
+              "write it anew\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "x"));
+  }
+}
+
+/// Whether the elements of a page nest, and all text in it is text.
+void expectWellFormed(std::string const &page)
+{
+  std::vector<std::string> open;
+  for (std::size_t at = page.find('<'); at != std::string::npos; at = page.find('<', at + 1)) {
+    std::size_t const end = page.find('>', at);
+    ASSERT_NE(end, std::string::npos);
+    std::string const tag = page.substr(at + 1, end - at - 1), name = tag.substr(0, tag.find_first_of(" \n"));
+    if (tag[0] == '/') {
+      ASSERT_FALSE(open.empty());
+      ASSERT_EQ(open.back(), tag.substr(1)) << page.substr(0, at).size();
+      open.pop_back();
+    } else if (tag[0] != '!' && name != "meta" && tag.back() != '/') {
+      open.push_back(name);
+    }
+  }
+  EXPECT_TRUE(open.empty());
+}
+
+TEST_F(Gxsmd, APageShowsWhatDeviates)
+{
+  write("evil <script>&\"'.kicad_mod",
+        "(footprint \"<script>alert('&')\x01\xff\xc3\xa4\" (layer F.Cu)\n"
+        "  (fp_line (start 0 0) (end 4 0) (layer F.Fab) (width 0.1)) (pad \"<b>\" smd rect (at 0 0) (size 0 1)))");
+  write("crossed.kicad_mod", "(footprint c (fp_poly (pts (xy 0 0) (xy 2 2) (xy 2 0) (xy 0 2)) (layer F.Fab)))");
+  EXPECT_EQ(run("check --html page.html --csv found.csv ."), 1);
+  std::string const page = contentOf(folder / "page.html");
+  expectWellFormed(page);
+  for (char const *const part : {"<script", "http", "src=", "href", "url("})  // it needs nothing but itself
+    EXPECT_EQ(page.find(part), std::string::npos) << part;
+  auto const count = [](std::string const &text, std::string const &part) {
+    long n = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+      ++n;
+    return n;
+  };
+  EXPECT_EQ(count(page, "<section>"), 7);
+  EXPECT_EQ(count(page, "<svg"), 6);  // all but the one that could not be read
+  EXPECT_THAT(page, HasSubstr("<h2>./evil &lt;script&gt;&amp;&quot;&#39;.kicad_mod</h2>\n"
+                              "<p>&lt;script&gt;alert(&#39;&amp;&#39;) \xef\xbf\xbd\xc3\xa4</p>"));
+  EXPECT_THAT(page, HasSubstr("<b>no size</b> pad &quot;&lt;b&gt;&quot; has no size"));
+  EXPECT_THAT(page, HasSubstr("<b>overlap</b> pads &quot;1&quot; and &quot;2&quot; overlap"));
+  for (char const *const row : {"files</th><td>8", "sound</th><td>1", "with faults</th><td>6", "not read</th><td>1",
+                                "refused</th><td>1", "pitch</th><td>1", "gap</th><td>2"})
+    EXPECT_THAT(page, HasSubstr(row));
+
+  // Marks are red, two pels wide: of overlapping pads the outlines, of a gap two rings and a line between its ends.
+  auto const sectionOf = [&](char const *name) {
+    std::size_t const at = page.find(name);
+    return page.substr(at, page.find("</section>", at) - at);
+  };
+  std::string const mark = "stroke=\"#e00030\" stroke-width=\"20\"";
+  EXPECT_EQ(count(sectionOf("close.kicad_mod"), mark), 1);
+  EXPECT_THAT(sectionOf("open.kicad_mod"), HasSubstr(mark + " stroke-dasharray=\"80\" d=\"M4000 0l-4000 0\"/>"));
+  EXPECT_THAT(sectionOf("crossed.kicad_mod"), HasSubstr("stroke=\"#e00030\" d=\"M"));
+  EXPECT_EQ(count(contentOf(folder / "found.csv"), "\n"), 9);
+
+  EXPECT_EQ(run("check --html few.html --pictures 2 ."), 1);
+  std::string const few = contentOf(folder / "few.html");
+  EXPECT_EQ(count(few, "<svg"), 2);
+  EXPECT_EQ(count(few, "<section>"), 7);
+  EXPECT_THAT(few, HasSubstr("The first 2 files have pictures"));
+}
+
+// On a terminal, and nowhere else, long sweeps show how far they are, and findings come out whole.
+TEST_F(Gxsmd, ProgressOnATerminal)
+{
+  for (int i = 0; i < 30; ++i)
+    write(("part" + std::to_string(i) + ".kicad_mod").c_str(), chip(i == 0 ? "-0.2" : "0.95", "1"));
+  EXPECT_EQ(run("check part?.kicad_mod part??.kicad_mod"), 1);
+  EXPECT_EQ(err, "gxsmd: 1 of 30 files are not sound\n");
+  int const terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0)
+    GTEST_SKIP() << "no terminals here";
+  std::string const name = ptsname(terminal);
+  int const keptOpen = open(name.c_str(), O_RDWR | O_NOCTTY);  // what was written is lost with the last end
+  std::system(("cd '" + folder.string() + "' && " GX_GXSMD " check part*.kicad_mod 2>" + name + " >" + name).c_str());
+  std::string seen(4000, '\0');
+  seen.resize(static_cast<std::size_t>(std::max<ssize_t>(read(terminal, seen.data(), seen.size()), 0)));
+  close(keptOpen);
+  close(terminal);
+  // The finding comes first, since part0 does; then the line appears, and goes before the counts are told.
+  EXPECT_THAT(seen, testing::MatchesRegex("part0.kicad_mod: pads [^\r]* overlap\r\n"
+                                          "(\r\\[[#.]{30}\\] +[0-9]+ %, [0-9]+ of 30)+\r +\r30 files: [^\r]*\r\n"
+                                          "gxsmd: 1 of 30 files are not sound\r\n"));
 }
 
 // A camera image at a known place is measured there, and beside it.

@@ -1,4 +1,5 @@
 #include "dispc/wrfm/polyprivate.h"
+#include "foundation/rigid.h"
 #include "tools/gxsmd/device.h"
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
+#include <map>
 #include <optional>
 #include <regex>
 
@@ -65,7 +67,7 @@ gxFootprint::Pad const &padOf(Device const &device, Placed const &p)
   return device.footprint.pads[device.models.padOf[p.outline]];
 }
 
-void checkOverlaps(Device const &device, std::vector<Placed> const &pads, std::vector<std::string> &found)
+void checkOverlaps(Device const &device, std::vector<Placed> const &pads, std::vector<Finding> &found)
 {
   for (std::size_t i = 0; i < pads.size(); ++i)
     for (std::size_t k = i + 1; k < pads.size() && pads[k].left() < pads[i].right(); ++k) {
@@ -73,7 +75,12 @@ void checkOverlaps(Device const &device, std::vector<Placed> const &pads, std::v
       auto const &polys = device.models.pads.polys();
       if (a.number != b.number && shareLayer(a, b) && boxesMeet(pads[i].box, pads[k].box) &&
           overlap(polys[pads[i].outline], polys[pads[k].outline]))
-        found.push_back("pads \"" + a.number + "\" and \"" + b.number + "\" overlap");
+        found.push_back({Finding::overlap,
+                         "pads \"" + a.number + "\" and \"" + b.number + "\" overlap",
+                         {pads[i].outline, pads[k].outline},
+                         {},
+                         {},
+                         {}});
     }
 }
 
@@ -103,7 +110,7 @@ std::optional<double> namedPitch(std::string const &name)
   return std::stod(match[1]);
 }
 
-void checkSize(Device const &device, double tolerance, std::vector<std::string> &found)
+void checkSize(Device const &device, double tolerance, std::vector<Finding> &found)
 {
   auto const named = namedSize(fs::path(device.path).stem().string());
   gxRect const box = bodyBox(device.models.body);
@@ -111,31 +118,48 @@ void checkSize(Device const &device, double tolerance, std::vector<std::string> 
     return;
   auto const sorted = [](gxVector<2> const &v) { return gxVector<2>(std::min(v.x(), v.y()), std::max(v.x(), v.y())); };
   gxVector<2> const a = sorted(*named), b = sorted(box.size());
-  if (std::abs(a.x() - b.x()) > tolerance || std::abs(a.y() - b.y()) > tolerance)
-    found.push_back(text("the body measures %.4g x %.4g mm, its name says %.4g x %.4g", box.size().x(), box.size().y(),
-                         named->x(), named->y()));
+  if (std::abs(a.x() - b.x()) > tolerance || std::abs(a.y() - b.y()) > tolerance) {
+    bool const isUpright = (box.size().x() < box.size().y()) != (named->x() < named->y());
+    gxVector<2> const said = isUpright ? gxVector<2>(named->y(), named->x()) : *named;
+    gxRect const asNamed(box.origin() + (box.size() - said) * 0.5, said);
+    found.push_back({Finding::size,
+                     text("the body measures %.4g x %.4g mm, its name says %.4g x %.4g", box.size().x(), box.size().y(),
+                          named->x(), named->y()),
+                     {},
+                     {},
+                     {box, asNamed},
+                     {}});
+  }
 }
 
-void checkPitch(Device const &device, std::vector<Placed> const &pads, double tolerance,
-                std::vector<std::string> &found)
+void checkPitch(Device const &device, std::vector<Placed> const &pads, double tolerance, std::vector<Finding> &found)
 {
   auto const named = namedPitch(fs::path(device.path).stem().string());
   if (!named)
     return;
+  std::size_t first = 0, second = 0;
   double best = std::numeric_limits<double>::infinity();  // the distance that is nearest to what the name says
   for (std::size_t i = 0; i < pads.size(); ++i)
     for (std::size_t k = i + 1; k < pads.size(); ++k) {
       if (padOf(device, pads[i]).number == padOf(device, pads[k]).number)
         continue;
       double const d = pads[i].center().distance(pads[k].center());
-      if (std::abs(d - *named) < std::abs(best - *named))
+      if (std::abs(d - *named) < std::abs(best - *named)) {
         best = d;
+        first = i;
+        second = k;
+      }
       if (pads[k].left() - pads[i].right() > std::abs(best - *named) + *named)
         break;
     }
   if (std::isfinite(best) && std::abs(best - *named) > tolerance)
     found.push_back(
-        text("no two pads are %.4g mm apart, as its name says; the nearest to that are %.4g", *named, best, 0, 0));
+        {Finding::pitch,
+         text("no two pads are %.4g mm apart, as its name says; the nearest to that are %.4g", *named, best, 0, 0),
+         {pads[first].outline, pads[second].outline},
+         {pads[first].center(), pads[second].center()},
+         {},
+         {}});
 }
 
 }  // namespace
@@ -152,23 +176,55 @@ gxRect bodyBox(gxSMDGDModel const &body)
   return largest.isEmpty() ? body.boundingBox(gxXform<2>()) : largest;
 }
 
-std::vector<std::string> deviationsOf(Device const &device, double tolerance)
+namespace
 {
-  std::vector<std::string> found;
+
+Finding findingOf(gxFootprintProblem const &problem, gxFootprint const &footprint)
+{
+  Finding finding;
+  finding.text = problem.text();
+  switch (problem.kind) {
+    case gxFootprintProblem::gap:
+      finding.kind = Finding::gap;
+      finding.places = {problem.from, problem.to};
+      break;
+    case gxFootprintProblem::noSize:
+    case gxFootprintProblem::refused:
+      finding.kind = problem.kind == gxFootprintProblem::noSize ? Finding::noSize : Finding::refused;
+      finding.layer = problem.what;
+      for (gxFootprint::Pad const &pad : footprint.pads)
+        if (problem.what == "pad \"" + pad.number + '"') {
+          finding.layer.clear();
+          finding.places.push_back(gx2Rigid(-footprint.angle, footprint.at) * pad.at);
+        }
+  }
+  return finding;
+}
+
+}  // namespace
+
+std::vector<Finding> deviationsOf(Device const &device, double tolerance)
+{
+  std::vector<Finding> found;
   bool const hasBody = std::any_of(device.models.body.polys().begin(), device.models.body.polys().end(),
                                    [](gxSMDGDPoly const &poly) { return poly.isClosed(); });
   // Marks of pin 1 and the like are lines that need not close.
-  auto const isFab = [](std::string const &layer) { return layer == "F.Fab" || layer == "B.Fab"; };
+  auto const isBody = [](std::string const &layer) { return layer == "F.Fab" || layer == "B.Fab" || layer == "body"; };
   for (gxFootprintProblem const &problem : device.models.problems)
-    if (!(hasBody && problem.kind == gxFootprintProblem::gap && isFab(problem.what)))
-      found.push_back(problem.text());
+    if (!(hasBody && problem.kind == gxFootprintProblem::gap && isBody(problem.what)))
+      found.push_back(findingOf(problem, device.footprint));
   std::vector<Placed> const pads = placedPads(device);
   checkOverlaps(device, pads, found);
   checkSize(device, tolerance, found);
   checkPitch(device, pads, tolerance, found);
-  std::vector<std::string> once;
-  for (std::string const &finding : found)
-    if (std::find(once.begin(), once.end(), finding) == once.end())
-      once.push_back(finding);
+  std::vector<Finding> once;
+  std::map<std::string, std::size_t> known;
+  for (Finding &finding : found) {
+    auto const [at, isNew] = known.emplace(finding.text, once.size());
+    if (isNew)
+      once.push_back(std::move(finding));
+    else
+      once[at->second].pads.insert(once[at->second].pads.end(), finding.pads.begin(), finding.pads.end());
+  }
   return once;
 }

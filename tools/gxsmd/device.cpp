@@ -2,12 +2,13 @@
 
 #include "foundation/archive.h"
 #include "tools/support/errors.h"
+#include "tools/support/output.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -20,6 +21,28 @@ void passModels(gxArchive &archive, gxFootprintModels &models)
 {
   for (gxSMDGDModel *const model : {&models.pads, &models.body, &models.courtyard})
     archive || static_cast<gxPersistent &>(*model);
+}
+
+/// What the models do not hold: each outline is a pad of its own, and what does not close is told by its ends.
+void nameParts(Device &device)
+{
+  auto &[path, footprint, models] = device;
+  for (std::size_t i = 0; i < models.pads.polys().size(); ++i) {
+    gxFootprint::Pad pad;
+    pad.number = std::to_string(i + 1);
+    footprint.pads.push_back(pad);
+    models.padOf.push_back(i);
+  }
+  for (gxSMDGDModel const *const model : {&models.body, &models.courtyard})
+    for (gxSMDGDPoly const &poly : model->polys())
+      if (poly.isOpen() && poly.numVertices() > 0) {
+        auto const last = static_cast<int>(poly.numVertices()) - 1;
+        models.problems.push_back({gxFootprintProblem::gap,
+                                   model == &models.body ? "body" : "courtyard",
+                                   {},
+                                   poly.vertex(last, false).point(),
+                                   poly.vertex(0, false).point()});
+      }
 }
 
 }  // namespace
@@ -38,7 +61,7 @@ std::string contentOf(std::string const &path)
   }
   text.resize(read + static_cast<std::size_t>(is.gcount()));
   if (!is.eof())
-    throw FileError(path + ": " + std::strerror(fs::is_directory(path, unknown) ? EISDIR : errno ? errno : EIO));
+    throw FileError(path + ": " + reasonOf(fs::is_directory(path, unknown) && errno != EACCES ? EISDIR : errno));
   return text;
 }
 
@@ -53,48 +76,81 @@ Device readDevice(std::string const &path)
       std::ifstream is(path, std::ios::binary);
       gxLoadingArchive archive(is);
       passModels(archive, device.models);
+      nameParts(device);
     } else {
       device.footprint = gxFootprint::read(text);
       device.models = gfFootprintModels(device.footprint);
     }
+  } catch (gxFootprintError const &e) {
+    throw FileError(path + ": " + e.message() + "; mend the file there, or write it anew");
   } catch (gxException const &e) {
-    throw FileError(path + ": " + e.message());
+    throw FileError(path + ": " + e.message() + "; store the models again");
   }
   return device;
 }
 
 void writeModels(std::string const &path, gxFootprintModels const &models)
 {
-  errno = 0;
-  std::ofstream os(path, std::ios::binary);
+  OutputFile file(path);
   gxFootprintModels stored = models;
-  if (os) {
-    gxStoringArchive archive(os);
+  try {
+    gxStoringArchive archive(file.stream());
     passModels(archive, stored);
     archive.flush();
+  } catch (gxException const &) {
+    file.finish();  // tells what the stream did not take
+    throw;
   }
-  if (!os.flush())
-    throw FileError(path + ": " + std::strerror(errno ? errno : EIO));
+  file.finish();
+}
+
+namespace
+{
+
+/// How many there were.
+long visitBelow(fs::path const &folder, std::function<void(std::string const &)> const &visit)
+{
+  std::vector<std::pair<fs::path, bool>> found;  // in this folder, and whether they are folders
+  std::error_code error;
+  for (fs::directory_iterator i(folder, error), end; !error && i != end; i.increment(error)) {
+    std::error_code unknown;
+    bool const isFolder = i->is_directory(unknown) && !i->is_symlink(unknown);
+    if (isFolder || i->path().extension() == ".kicad_mod")
+      found.emplace_back(i->path(), isFolder);
+  }
+  if (error) {
+    visit(folder.string());
+    return 1;
+  }
+  std::sort(found.begin(), found.end());
+  long count = 0;
+  for (auto const &[path, isFolder] : found) {
+    if (isFolder)
+      count += visitBelow(path, visit);
+    else {
+      visit(path.string());
+      ++count;
+    }
+  }
+  return count;
+}
+
+}  // namespace
+
+void eachFootprint(std::vector<std::string> const &paths, std::function<void(std::string const &)> const &visit)
+{
+  for (std::string const &path : paths) {
+    std::error_code unknown;
+    if (!fs::is_directory(path, unknown))
+      visit(path);
+    else if (visitBelow(path, visit) == 0)
+      visit(path);
+  }
 }
 
 std::vector<std::string> footprintsIn(std::vector<std::string> const &paths)
 {
   std::vector<std::string> files;
-  for (std::string const &path : paths) {
-    if (!fs::is_directory(path)) {
-      files.push_back(path);
-      continue;
-    }
-    std::size_t const before = files.size();
-    std::error_code error;
-    for (fs::recursive_directory_iterator i(path, error), end; i != end && !error; i.increment(error))
-      if (i->path().extension() == ".kicad_mod")
-        files.push_back(i->path().string());
-    if (error)
-      throw FileError(path + ": " + error.message());
-    if (files.size() == before)
-      throw FileError(path + ": there is no footprint (.kicad_mod) below it");
-    std::sort(files.begin() + static_cast<std::ptrdiff_t>(before), files.end());
-  }
+  eachFootprint(paths, [&](std::string const &path) { files.push_back(path); });
   return files;
 }

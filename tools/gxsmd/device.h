@@ -1,7 +1,9 @@
 #pragma once
 
 #include "footprint/models.h"
+#include "tools/gxsmd/findings.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,12 +23,14 @@ Device readDevice(std::string const &path);
 /// Stores the three models. Throws FileError.
 void writeModels(std::string const &path, gxFootprintModels const &models);
 
-/// The footprints among files and below folders, in the order of their names. Throws FileError for a path that cannot
-/// be read, and for a folder without a footprint.
+/// Calls visit(path) for each file, and for each footprint below a folder, in the order of their names. A folder that
+/// cannot be looked into, or has no footprint below it, is visited itself: reading it tells that.
+void eachFootprint(std::vector<std::string> const &paths, std::function<void(std::string const &)> const &visit);
+/// The same as a list.
 std::vector<std::string> footprintsIn(std::vector<std::string> const &paths);
 
-/// What does not agree with itself, or with the sizes that the name of the footprint tells, a line each.
-std::vector<std::string> deviationsOf(Device const &device, double tolerance);
+/// What does not agree with itself, or with the sizes that the name of the footprint tells.
+std::vector<Finding> deviationsOf(Device const &device, double tolerance);
 
 /// The box round what is drawn of the body; of its largest closed outline, if there is one.
 gxRect bodyBox(gxSMDGDModel const &body);

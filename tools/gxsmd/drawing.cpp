@@ -2,6 +2,7 @@
 
 #include "dispc/wrfm/arc.h"
 #include "dispc/wrfm/polyprivate.h"
+#include "dispc/wrfm/wirefrm.h"
 #include "foundation/polyline.h"
 #include "foundation/rigid.h"
 
@@ -85,11 +86,20 @@ std::vector<Point> pathOf(Graphic const &g)
   return points;
 }
 
+gxGraphicProps penOf(gxColor const &color, long width, gxGraphicProps::gePenStyle style = gxGraphicProps::penSolid)
+{
+  gxGraphicProps pen(color, width, style, false);
+  pen.arrowHead(false);
+  return pen;
+}
+
 }  // namespace
 
-void DeviceDrawing::outline(gxSMDGDPoly const &poly, gxColor const &color) const
+void DeviceDrawing::outline(gxSMDGDPoly const &poly, gxColor const &color, long penWidth) const
 {
-  auto const draw = [&](gxSMDGDPoly const &p) { P::drawWireframe(p, map_, tablet_, color, gxUITablet::overlay); };
+  auto const draw = [&](gxSMDGDPoly const &p) {
+    tablet_.draw(P::wireframe(p).map(map_), penOf(color, penWidth), gxUITablet::overlay);
+  };
   if (!isSharp_)
     return draw(poly);
   try {
@@ -113,19 +123,51 @@ bool DeviceDrawing::layer(std::string const &name, gxColor const &color, double 
     if (g.layer != name)
       continue;
     isDrawn = true;
-    std::vector<Point> path = pathOf(g);
-    for (Point &p : path)
-      p = map_ * (place * p);
-    double const width = std::clamp(g.width * scale, 1.0, 1000.0);
-    gxGraphicProps pen(color, std::lround(width), gxGraphicProps::penSolid, g.isFilled);
-    pen.arrowHead(false);
-    if (g.isFilled) {
-      tablet_.draw(gxPolygon(path, gxPolygon::alternate), pen, gxUITablet::overlay);
-      pen.fill(false);
-    }
-    tablet_.draw(gxPolyline(std::move(path)), pen, gxUITablet::overlay);
+    std::vector<Point> points = pathOf(g);
+    for (Point &p : points)
+      p = place * p;
+    gxGraphicProps pen = penOf(color, std::lround(std::clamp(g.width * scale, 1.0, 1000.0)));
+    pen.fill(g.isFilled);
+    path(std::move(points), pen);
   }
   return isDrawn;
+}
+
+void DeviceDrawing::path(std::vector<Point> points, gxGraphicProps const &props) const
+{
+  for (Point &p : points)
+    p = map_ * p;
+  gxGraphicProps pen = props;
+  if (pen.fill()) {
+    tablet_.draw(gxPolygon(points, gxPolygon::alternate), pen, gxUITablet::overlay);
+    pen.fill(false);
+  }
+  tablet_.draw(gxPolyline(std::move(points)), pen, gxUITablet::overlay);
+}
+
+void DeviceDrawing::ring(Point const &center, double radius, gxGraphicProps const &props) const
+{
+  Point const start = center + Point(radius, 0.0);
+  std::vector<Point> points = {start};
+  addTurn(points, center, start, gf_turnRadians);
+  path(std::move(points), props);
+}
+
+void DeviceDrawing::mark(Finding const &finding, gxColor const &color) const
+{
+  gxGraphicProps const pen = penOf(color, 2), dashed = penOf(color, 2, gxGraphicProps::penDash);
+  for (std::size_t const i : finding.pads)
+    outline(device_.models.pads.polys()[i], color, 2);
+  for (gxRect const &box : finding.boxes) {
+    Point const a = box.origin(), b = a + box.size();
+    path({a, {b.x(), a.y()}, b, {a.x(), b.y()}, a}, &box == &finding.boxes.front() ? pen : dashed);
+  }
+  constexpr double pels = 7.0;
+  double const scale = map_.matrix().scale();
+  if (finding.places.size() == 2)
+    path(finding.places, dashed);
+  for (Point const &place : finding.places)
+    ring(place, pels / scale, pen);
 }
 
 std::vector<std::string> drawnLayers(gxFootprint const &footprint)

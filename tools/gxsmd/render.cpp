@@ -119,5 +119,7 @@ void renderCommand(ToolWords const &words)
   DeviceDrawing drawing(device, pose.xform(), recorder);
   drawing.sharp(!isRounded);
   draw(drawing, device, layers, scale);
+  if (!over && extentOf(recorder.sketch(), 1.0, gxUITablet::overlay).isNull())
+    throw FileError(device.path + ": there is nothing to draw on these layers; see --layers and gxsmd info");
   render(recorder.sketch(), view, line.operands()[1]);
 }

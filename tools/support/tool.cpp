@@ -1,6 +1,7 @@
 #include "tools/support/tool.h"
 
 #include "tools/support/errors.h"
+#include "tools/support/text.h"
 
 #include <algorithm>
 #include <exception>
@@ -39,10 +40,10 @@ int runTool(std::string const &tool, std::span<ToolCommand const> commands, void
       throw FileError("standard output: cannot be written");
     return 0;
   } catch (UsageError const &e) {
-    std::cerr << tool << ": " << e.what() << "\nTry '" << tool << " --help'.\n";
+    std::cerr << tool << ": " << oneLine(e.what()) << "\nTry '" << tool << " --help'.\n";
     return 2;
   } catch (std::exception const &e) {
-    std::cerr << tool << ": " << e.what() << '\n';
+    std::cerr << tool << ": " << oneLine(e.what()) << '\n';
     return 1;
   }
 }

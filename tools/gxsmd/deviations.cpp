@@ -213,6 +213,10 @@ std::vector<Finding> deviationsOf(Device const &device, double tolerance)
   for (gxFootprintProblem const &problem : device.models.problems)
     if (!(hasBody && problem.kind == gxFootprintProblem::gap && isBody(problem.what)))
       found.push_back(findingOf(problem, device.footprint));
+  for (auto const &[what, count] : device.footprint.unknown)
+    if (what.rfind("pad of", 0) == 0)
+      found.push_back(
+          {Finding::leftOut, what + " is not known, " + std::to_string(count) + " left out", {}, {}, {}, {}});
   std::vector<Placed> const pads = placedPads(device);
   checkOverlaps(device, pads, found);
   checkSize(device, tolerance, found);

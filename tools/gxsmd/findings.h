@@ -12,6 +12,7 @@
 struct Finding {
   enum Kind {
     notRead,  ///< the file
+    leftOut,  ///< pads of shapes that are not known
     noSize,   ///< a pad
     refused,  ///< an outline that crosses itself or cannot be rounded
     gap,      ///< an outline that does not close
@@ -19,8 +20,8 @@ struct Finding {
     size,     ///< the body is not as large as the name says
     pitch     ///< no two pads are as far apart as the name says
   };
-  static constexpr std::array<char const *, 7> names = {"not read", "no size", "refused", "gap",
-                                                        "overlap",  "size",    "pitch"};
+  static constexpr std::array<char const *, 8> names = {"not read", "left out", "no size", "refused",
+                                                        "gap",      "overlap",  "size",    "pitch"};
 
   Kind kind = notRead;
   std::string text;                 ///< tells it

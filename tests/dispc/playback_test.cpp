@@ -69,9 +69,7 @@ struct Playback : testing::Test {
 gxUISketch threePoints()
 {
   return sketchOf(Bytes()
-                      .head(0, 0)
-                      .cyan()
-                      .f64s({1, 1})
+                      .drawn(0, 0, {1, 1})
                       .prefix(false, 5)
                       .head(0, 1)
                       .rgb(9, 8, 7)
@@ -128,11 +126,11 @@ TEST_F(Playback, BecomesOneRecord)
 
   Bytes expected;
   auto const expectRecord = [&](std::vector<unsigned char> const &nested, int layer, double x) {
-    expected.head(15, layer).index(0).f64s({x, 2}).i32(static_cast<long>(nested.size()));
+    expected.moved(15, layer, {x, 2}).i32(static_cast<long>(nested.size()));
     for (unsigned char const b : nested)
       expected.u8(b);
   };
-  expected.prefix(false, 9).head(0, 0).cyan().f64s({0, 0});
+  expected.prefix(false, 9).drawn(0, 0, {0, 0});
   gxGraphicProps wide;
   wide.penWidth(9);
   tablet.draw(gxPoint(0, 0), wide, image);
@@ -187,14 +185,14 @@ TEST_F(Playback, SketchesHoldSketches)
 TEST_F(Playback, PenAndArrowFlagsCarryOver)
 {
   i.drawStart(gxPoint(7, 8));
-  EXPECT_EQ(played(sketchOf(Bytes().head(22, 0).cyan().i32(5).i32(-1).head(23, 0).cyan().i32(1).i32(1).get()), image),
+  EXPECT_EQ(played(sketchOf(Bytes().head(22, 0).cyan().i32s({5, -1}).head(23, 0).cyan().i32s({1, 1}).get()), image),
             "\ni: lock 1\ni: optimize 1\ni: drawToRelPels 5 -1\ni: optimize 0\ni: unlock");
   EXPECT_EQ(gxPair<long>(i.drawX(), i.drawY()), gxPair<long>(13, 8));
 
   // A section with arrow flags of its own, which stay for what follows without properties.
   Bytes stream;
-  stream.head(39, 0).cyan().f64s({0, 0, 4, 4, 0}).zeros(136).f64s({0, 0, 8, 8, 0}).zeros(136).f64s({0, 1}).zeros(184);
-  stream.u8(0).u8(1).head(2, 0).cyan().f64s({0, 0, 1, 1}).prefix().head(2, 0).cyan().f64s({0, 0, 1, 1});
+  stream.drawn(39, 0, {0, 0, 4, 4, 0}).zeros(136).f64s({0, 0, 8, 8, 0}).zeros(136).f64s({0, 1}).zeros(184);
+  stream.u8(0).u8(1).drawn(2, 0, {0, 0, 1, 1}).prefix().drawn(2, 0, {0, 0, 1, 1});
   std::string const text = played(sketchOf(stream.get()), image);
   std::string const end =
       "\ni: lineSeg (10, 0) (12, 2) [stock 254 #00ffff, width 1, no arrowheads]\ni: lineSeg (10, 0) (12, 2)"

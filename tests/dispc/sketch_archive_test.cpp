@@ -270,7 +270,7 @@ TEST(SketchArchive, opsFromArchivesOutliveTheStream)
 {
   gxPtrHandle<gx_UISketchOpData> loaded;
   {
-    gxUISketch sketch = sketchOf(record(11, Bytes().f64s({1, 2}).cyan().i32(3).i32(4).text("kept").u8(0)));
+    gxUISketch sketch = sketchOf(record(11, Bytes().f64s({1, 2}).cyan().i32s({3, 4}).text("kept").u8(0)));
     gx_UISketchOpHeader header;
     gx_UISketchOpData *op = nullptr;
     gfParseUISketch(sketch, 0, header, &op);
@@ -281,7 +281,7 @@ TEST(SketchArchive, opsFromArchivesOutliveTheStream)
   auto &text = dynamic_cast<gx_UISketchOpString &>(*loaded);
   EXPECT_EQ(text.text(), "kept");
   gx_UISketchOpString copy(text);
-  Bytes const other = Bytes().f64s({1, 2}).cyan().i32(3).i32(4).text("looked at").u8(0);
+  Bytes const other = Bytes().f64s({1, 2}).cyan().i32s({3, 4}).text("looked at").u8(0);
   text.parseByteStream(other.get().data());
   EXPECT_EQ(text.text(), "looked at");
   EXPECT_EQ(copy.text(), "kept");
@@ -333,7 +333,7 @@ std::vector<OldPayload> oldPayloads()
   Bytes const oldSection = join({inner, junk(128), outer, junk(128), Bytes().f64s({0.5, 1.5}).u8(0).u8(1), junk(70)});
   Bytes const section =
       join({inner, zeros(128), outer, zeros(128), Bytes().f64s({0.5, 2.0}).u8(0).u8(1).u8(0), zeros(181)});
-  Bytes const pels = Bytes().u8(1).i32(1).i32(2).i32(3).i32(4);
+  Bytes const pels = Bytes().u8(1).i32s({1, 2, 3, 4});
   Bytes const four = Bytes().f64s({1, 2, 3, 4});
   Bytes const client = join({zeros(17), four, zeros(40)});
   Bytes const second = Bytes().rgb(1, 2, 3), width = Bytes().i32(3), noColor = Bytes().index(0);
@@ -354,7 +354,7 @@ std::vector<OldPayload> oldPayloads()
       {{27}, join({junk(56), corners, junk(72)}), join({zeros(56), corners, zeros(128)})},
       {{32, 47}, join({junk(1), four}), four},
       {{33}, join({id, Bytes().i32(3).text("abc")}), join({noColor, id, Bytes().i32(3).text("abc")})},
-      {{37}, join({Bytes().f64s({1, 2, 0.5}).i32(-7), junk(4)}), Bytes().f64s({1, 2, 0.5}).i32(-7).i32(-1)},
+      {{37}, join({Bytes().f64s({1, 2, 0.5}).i32(-7), junk(4)}), Bytes().f64s({1, 2, 0.5}).i32s({-7, -1})},
       {{39}, join({oldSection, Bytes().u8(0).u8(1)}), join({section, Bytes().u8(0).u8(1)})},
   };
 }
@@ -446,6 +446,6 @@ TEST(FirstVersion, badHeadsKeepTheirNames)
   EXPECT_THROW(load(join({Bytes().prefix(), Bytes().prefix(), record(17, Bytes())})), gxUIError::InvalidUISketch);
   EXPECT_THROW(load(join({Bytes().prefix(false, -1), record(17, Bytes())})), gxGraphicProps::BadParams);
   EXPECT_THROW(load(record(4, Bytes().f64s({1, 2, -3}))), gxArchive::Errors);
-  EXPECT_THROW(load(record(28, Bytes().i32(3).i32(0))), gxArchive::Errors);  // no fill mode, which could not be stored
+  EXPECT_THROW(load(record(28, Bytes().i32s({3, 0}))), gxArchive::Errors);  // no fill mode, which could not be stored
   EXPECT_TRUE(target.isNull());
 }

@@ -266,9 +266,9 @@ TEST(SketchParser, leavesNothingBehindWhenItRefuses)
        {Bytes().head(13, 0).cyan().get(), Bytes().head(48, 0).cyan().get(), Bytes().head(255, 0).cyan().zeros(64).get(),
         Bytes().head(36, 0).cyan().zeros(99).get(), Bytes().head(34, 0).cyan().zeros(60).i32(-1).zeros(99).get(),
         Bytes().head(4, 0).cyan().zeros(23).get(), Bytes().head(4, 0).get(), Bytes().prefix().head(17, 0).get(),
-        Bytes().prefix().get(), Bytes().get(), Bytes().head(28, 0).cyan().i32(0).i32(-1).get(),
-        Bytes().head(28, 0).cyan().i32(0).i32(0x7FFFFFFF).zeros(64).get(),
-        Bytes().head(12, 0).cyan().zeros(74).zeros(8).i32(-1).i32(-1).zeros(9).get()}) {
+        Bytes().prefix().get(), Bytes().get(), Bytes().head(28, 0).cyan().i32s({0, -1}).get(),
+        Bytes().head(28, 0).cyan().i32s({0, 0x7FFFFFFF}).zeros(64).get(),
+        Bytes().head(12, 0).cyan().zeros(74).zeros(8).i32s({-1, -1}).zeros(9).get()}) {
     gxUISketch sketch;
     sketch.append(stream.data(), static_cast<long>(stream.size()));
     gx_UISketchOpData *op = reinterpret_cast<gx_UISketchOpData *>(&sketch);

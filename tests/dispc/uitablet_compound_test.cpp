@@ -1,5 +1,4 @@
 #include "dispc/detail/uisketch_blocks.h"
-#include "dispc/uitablet.h"
 #include "foundation/annulus.h"
 #include "foundation/bezier.h"
 #include "foundation/circle.h"
@@ -17,8 +16,7 @@
 #include "foundation/pointset.h"
 #include "foundation/rlebuf.h"
 #include "foundation/shapetree.h"
-#include "tests/support/bytes.h"
-#include "tests/support/logscope.h"
+#include "tests/support/drawing.h"
 
 #include <gmock/gmock.h>
 
@@ -30,15 +28,12 @@ using testing::ElementsAre;
 constexpr auto image = gxUITablet::image;
 constexpr double pi = std::numbers::pi;
 
-struct Compound : testing::Test {
-  ScopeLog log;
-  LogScope scope{log, "i", gxPair<long>(100, 80)};
-  gxUITablet tablet{&scope, nullptr};
-
+/// On the image alone, and in pels.
+struct Compound : DrawingTest {
   Compound()
   {
-    tablet.visible(true);
-    tablet.recordOn() = true;
+    tablet.setScope(gxUITablet::overlay, nullptr, false);
+    tablet.baseMap(gxXform<2>());
     log.take();
   }
   /// The calls on the scope, told by their first word.
@@ -48,12 +43,6 @@ struct Compound : testing::Test {
     for (std::string const &line : log.take())
       words.push_back(line.substr(3, line.find(' ', 3) - 3));
     return words;
-  }
-  std::vector<unsigned char> recorded()
-  {
-    auto bytes = bytesOf(tablet.sketch());
-    tablet.sketch().erase();
-    return bytes;
   }
   /// The codes of the records, for records of fixed size and no change of properties.
   std::vector<int> codes()
@@ -74,7 +63,7 @@ TEST_F(Compound, AnnuliRecordAsTwoCirclesAndInColourAsOne)
 {
   gxAnnulus const ring(gxCircle({1, 2}, 3), gxCircle({1, 2}, 5));
   tablet.draw(ring, gxGraphicProps(), image);
-  EXPECT_EQ(recorded(), Bytes().head(4, 0).cyan().f64s({1, 2, 5}).head(4, 0).cyan().f64s({1, 2, 3}).get());
+  EXPECT_EQ(recorded(), Bytes().drawn(4, 0, {1, 2, 5}).drawn(4, 0, {1, 2, 3}).get());
   EXPECT_THAT(calls(), ElementsAre("ellipse", "ellipse"));
   tablet.draw(ring, gxColor::cyanColor(), image);
   EXPECT_THAT(codes(), ElementsAre(9));
@@ -101,18 +90,7 @@ TEST_F(Compound, TheArmOfACrossIsInPels)
   tablet.drawCross({2, 3}, gxRadian(0), gxColor::cyanColor(), image);
   EXPECT_THAT(log.take(), ElementsAre("i: drawToRelPels -14 0", "i: drawToRelPels 0 -14"));
   tablet.draw(gxCross({2, 3}, gxRadian(0.5), -4), gxGraphicProps(), image);
-  EXPECT_EQ(recorded(), Bytes()
-                            .head(37, 0)
-                            .cyan()
-                            .f64s({2, 3, 0})
-                            .i32(7)
-                            .i32(0)
-                            .head(37, 0)
-                            .cyan()
-                            .f64s({2, 3, 0.5})
-                            .i32(-4)
-                            .i32(-1)
-                            .get());
+  EXPECT_EQ(recorded(), Bytes().drawn(37, 0, {2, 3, 0}).i32s({7, 0}).drawn(37, 0, {2, 3, 0.5}).i32s({-4, -1}).get());
 }
 
 TEST_F(Compound, PointSetsShowTheirFirstTwoPoints)
@@ -193,8 +171,8 @@ TEST_F(Compound, ArrowsLeaveThePenAtTheTip)
 {
   tablet.arrowHead(gxPoint(10, 10), {1, 0}, 10.0f, gxGraphicProps(), image);
   EXPECT_THAT(log.take(), ElementsAre("i: lock 1", "i: drawToRelPels -8 -4", "i: drawToRelPels -8 4", "i: unlock"));
-  EXPECT_EQ(scope.drawPoint(), gxPoint(10, 10));
-  EXPECT_EQ(recorded(), Bytes().head(26, 0).cyan().f64s({10, 10, 1, 0}).f32(10.0f).get());
+  EXPECT_EQ(i.drawPoint(), gxPoint(10, 10));
+  EXPECT_EQ(recorded(), Bytes().drawn(26, 0, {10, 10, 1, 0}).f32(10.0f).get());
   tablet.draw(gxCoordAxes({0, 0}, {10, 0}, {0, 10}), gxGraphicProps(), image);
   EXPECT_THAT(codes(), ElementsAre(10));
   EXPECT_THAT(calls(), ElementsAre("lock", "lineSeg", "lineSeg", "lock", "drawToRelPels", "drawToRelPels", "unlock",
@@ -212,23 +190,15 @@ TEST_F(Compound, RunsGoOutAsTheyAreAndAreRecordedRowByRow)
   tablet.draw(runs, gxPoint(4, 6), {9, 8}, true, 5, true, image);
   EXPECT_THAT(log.take(), ElementsAre("i: runs (2, 3)"));
   EXPECT_EQ(recorded(), Bytes()
-                            .head(14, 0)
-                            .index(0)
-                            .f64s({4, 6})
+                            .moved(14, 0, {4, 6})
                             .u8(1)
                             .u8(5)
                             .u8(1)
                             .i32(2)
                             .u8(9)
                             .u8(8)
-                            .i32(3)
-                            .i32(2)
-                            .u8(0)
-                            .u8(1)
-                            .u8(7)
-                            .u8(1)
-                            .u8(0)
-                            .u8(1)
+                            .i32s({3, 2})
+                            .u8s({0, 1, 7, 1, 0, 1})
                             .u8(runs.pointToRow(0)[3].value)
                             .u8(0)
                             .u8(0)

@@ -1,5 +1,4 @@
 #include "dispc/uierror.h"
-#include "dispc/uitablet.h"
 #include "foundation/circle.h"
 #include "foundation/ellipse.h"
 #include "foundation/lensxform.h"
@@ -8,8 +7,7 @@
 #include "foundation/mappedshape.h"
 #include "foundation/polygon.h"
 #include "foundation/polyline.h"
-#include "tests/support/bytes.h"
-#include "tests/support/logscope.h"
+#include "tests/support/drawing.h"
 
 #include <gmock/gmock.h>
 
@@ -23,28 +21,7 @@ using testing::ElementsAre;
 constexpr auto image = gxUITablet::image;
 constexpr auto overlay = gxUITablet::overlay;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-/// A visible tablet of 100 x 80 pels that records, and maps (x, y) to (2 x + 10, 3 y).
-struct Drawing : testing::Test {
-  ScopeLog log;
-  LogScope scope{log, "i", gxPair<long>(100, 80)};
-  LogScope over{log, "o", gxPair<long>(100, 80)};
-  gxUITablet tablet{&scope, &over};
-
-  Drawing()
-  {
-    tablet.visible(true);
-    tablet.baseMap(gxXform<2>(gxMatrix<2>(2, 0, 0, 3), gxVector<2>(10, 0)));
-    tablet.recordOn() = true;
-    log.take();
-  }
-  std::vector<unsigned char> recorded()
-  {
-    auto bytes = bytesOf(tablet.sketch());
-    tablet.sketch().erase();
-    return bytes;
-  }
-};
+using Drawing = DrawingTest;
 
 gxGraphicProps filled(gxColor const &color)
 {
@@ -56,21 +33,15 @@ gxGraphicProps filled(gxColor const &color)
 
 TEST_F(Drawing, ThePenSentinelIsKnownByAddressAndByValue)
 {
-  scope.drawStart(gxPoint(5.25, 6));
+  i.drawStart(gxPoint(5.25, 6));
   tablet.draw(tablet.drawPointArg(), gxGraphicProps(), image);
   tablet.draw(gxPoint(1.234567e+89, 9.876543e+21), gxGraphicProps(), image);
   tablet.draw(gxPoint(1, 2), gxGraphicProps(), image);
   EXPECT_THAT(log.take(), ElementsAre("i: point (5.25, 6) pen", "i: point (5.25, 6) pen", "i: point (12, 6)"));
   EXPECT_EQ(recorded(), Bytes()
-                            .head(0, 0)
-                            .cyan()
-                            .f64s({1.234567e+89, 9.876543e+21})
-                            .head(0, 0)
-                            .cyan()
-                            .f64s({1.234567e+89, 9.876543e+21})
-                            .head(0, 0)
-                            .cyan()
-                            .f64s({1, 2})
+                            .drawn(0, 0, {1.234567e+89, 9.876543e+21})
+                            .drawn(0, 0, {1.234567e+89, 9.876543e+21})
+                            .drawn(0, 0, {1, 2})
                             .get());
 }
 
@@ -130,9 +101,8 @@ TEST_F(Drawing, RectanglesGoOutByTheirCorners)
   tablet.draw(rect, gxColor(1, 2, 3), image, true);
   ASSERT_EQ(log.lines.size(), 1u);
   EXPECT_EQ(log.lines[0].substr(0, 52), "i: polygon mode 1 (10, 3) (30, 3) (30, 18) (10, 18) ");
-  EXPECT_EQ(
-      recorded(),
-      Bytes().head(32, 0).cyan().f64s({0, 1, 10, 5}).prefix(true).head(32, 0).rgb(1, 2, 3).f64s({0, 1, 10, 5}).get());
+  EXPECT_EQ(recorded(),
+            Bytes().drawn(32, 0, {0, 1, 10, 5}).prefix(true).head(32, 0).rgb(1, 2, 3).f64s({0, 1, 10, 5}).get());
 }
 
 TEST_F(Drawing, ACircleIsDrawnAsAnEllipseAndRecordedAsACircle)
@@ -144,17 +114,11 @@ TEST_F(Drawing, ACircleIsDrawnAsAnEllipseAndRecordedAsACircle)
   ASSERT_EQ(log.lines.size(), 3u);
   EXPECT_EQ(log.lines[0].substr(0, 20), "i: ellipse (12, 6) r");
   EXPECT_EQ(recorded(), Bytes()
-                            .head(4, 0)
-                            .cyan()
-                            .f64s({1, 2, 3})
+                            .drawn(4, 0, {1, 2, 3})
                             .prefix(true)
-                            .head(29, 0)
-                            .cyan()
-                            .f64s({1, 2, 3})
+                            .drawn(29, 0, {1, 2, 3})
                             .prefix()
-                            .head(5, 0)
-                            .cyan()
-                            .f64s({1, 2, 4, 2, 0.5})
+                            .drawn(5, 0, {1, 2, 4, 2, 0.5})
                             .zeros(8)
                             .get());
 }
@@ -171,8 +135,7 @@ TEST_F(Drawing, PolygonsAndPolylinesKeepTheirCounts)
                             .prefix(true)
                             .head(28, 1)
                             .index(4)
-                            .i32(1)
-                            .i32(3)
+                            .i32s({1, 3})
                             .f64s({0, 0, 1, 0, 0, 1})
                             .prefix()
                             .head(44, 1)
@@ -209,89 +172,66 @@ TEST_F(Drawing, ImagesAreChosenByScaleModeAndRecordedRowByRow)
                   "i: unlock", "o: unlock", "i: sample8 (2, 2) at (6, 1.5) solid 9 flag 0 scale (0.5, 0.25)",
                   "i: sampleWords (5, 6) at (5, 0) solid 1 scale (0.5, 0.25)"));
   EXPECT_EQ(bytesOf(once), Bytes()
-                               .head(12, 0)
-                               .index(0)
-                               .f64s({1, 2})
+                               .moved(12, 0, {1, 2})
                                .u8(1)
                                .u8(9)
                                .f64s({6, 7, 1, 2, 3, 5, -1})
                                .i32(buffer.offset().x())
                                .i32(buffer.offset().y())
-                               .i32(2)
-                               .i32(2)
-                               .u8(1)
-                               .u8(11)
-                               .u8(12)
-                               .u8(21)
-                               .u8(22)
+                               .i32s({2, 2})
+                               .u8s({1, 11, 12, 21, 22})
                                .get());
   EXPECT_EQ(tablet.sketch().size(), 3 * once.size()) << "images of other pels leave no record";
 }
 
 // The two sides of a draw: who refuses, and what is recorded all the same.
-
-struct Refusal {
-  char const *why;
-  std::function<void(gxUITablet &, LogScope &)> arrange;
-  gxUITablet::Layers layer;
-};
-
-class Refused : public testing::TestWithParam<Refusal>
+TEST_F(Drawing, WhatIsRefusedIsRecordedAndNotDrawn)
 {
-};
-
-TEST_P(Refused, IsRecordedAndNotDrawn)
-{
-  ScopeLog log;
-  LogScope scope(log, "i", gxPair<long>(10, 10));
-  LogScope over(log, "o", gxPair<long>(10, 10));
-  gxUITablet tablet(&scope, &over);
-  tablet.visible(true);
-  GetParam().arrange(tablet, scope);
-  tablet.recordOn() = true;
-  log.take();
-  tablet.draw(gxCircle({1, 2}, 3), gxGraphicProps(), GetParam().layer);
-  tablet.draw(gxRect({1, 2}, {3, 4}), gxGraphicProps(), GetParam().layer);
-  EXPECT_TRUE(log.lines.empty());
-  EXPECT_EQ(tablet.sketch().size(), 8 + 24 + 8 + 32);
-  // A layer that does not fit into the byte must not become a good one.
-  EXPECT_EQ(static_cast<signed char>(tablet.sketch().bytes()[1]), std::clamp<int>(GetParam().layer, -128, 127));
-  tablet.recordOn() = false;
-  tablet.draw(gxCircle({1, 2}, 3), gxGraphicProps(), GetParam().layer);
-  EXPECT_EQ(tablet.sketch().size(), 72);
+  using Layers = gxUITablet::Layers;
+  struct Row {
+    char const *why;
+    std::function<void(gxUITablet &, LogScope &)> arrange;
+    Layers layer;
+  };
+  auto const asItIs = [](gxUITablet &, LogScope &) {};
+  for (Row const &row : {Row{"hidden", [](gxUITablet &t, LogScope &) { t.visible(false); }, image},
+                         Row{"switched off", [](gxUITablet &t, LogScope &) { t.drawOn().push(false); }, image},
+                         Row{"overlay off", [](gxUITablet &t, LogScope &) { t.drawOnOverlay() = false; }, overlay},
+                         Row{"no scope", [](gxUITablet &t, LogScope &) { t.setScope(image, nullptr, false); }, image},
+                         Row{"no surface", [](gxUITablet &, LogScope &s) { s.null(true); }, image},
+                         Row{"both layers", asItIs, gxUITablet::both}, Row{"layer 3", asItIs, Layers(3)},
+                         Row{"layer 256", asItIs, Layers(256)}, Row{"layer 257", asItIs, Layers(257)},
+                         Row{"negative", asItIs, Layers(-1)}}) {
+    SCOPED_TRACE(row.why);
+    LogScope scope(log, "s", {10, 10}), top(log, "t", {10, 10});
+    gxUITablet t(&scope, &top);
+    t.visible(true);
+    row.arrange(t, scope);
+    t.recordOn() = true;
+    log.take();
+    t.draw(gxCircle({1, 2}, 3), gxGraphicProps(), row.layer);
+    t.draw(gxRect({1, 2}, {3, 4}), gxGraphicProps(), row.layer);
+    EXPECT_TRUE(log.lines.empty());
+    EXPECT_EQ(t.sketch().size(), 8 + 24 + 8 + 32);
+    // A layer that does not fit into the byte must not become a good one.
+    EXPECT_EQ(static_cast<signed char>(t.sketch().bytes()[1]), std::clamp<int>(row.layer, -128, 127));
+    t.recordOn() = false;
+    t.draw(gxCircle({1, 2}, 3), gxGraphicProps(), row.layer);
+    EXPECT_EQ(t.sketch().size(), 72);
+  }
 }
-
-std::vector<Refusal> refusals()
-{
-  return {{"hidden", [](gxUITablet &t, LogScope &) { t.visible(false); }, image},
-          {"drawOff", [](gxUITablet &t, LogScope &) { t.drawOn().push(false); }, image},
-          {"overlayOff", [](gxUITablet &t, LogScope &) { t.drawOnOverlay() = false; }, overlay},
-          {"bothLayers", [](gxUITablet &, LogScope &) {}, gxUITablet::both},
-          {"layer3", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(3)},
-          {"layer256", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(256)},
-          {"layer257", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(257)},
-          {"negative", [](gxUITablet &, LogScope &) {}, gxUITablet::Layers(-1)},
-          {"noScope", [](gxUITablet &t, LogScope &) { t.setScope(image, nullptr, false); }, image},
-          {"noSurface", [](gxUITablet &, LogScope &s) { s.null(true); }, image}};
-}
-std::string nameOf(testing::TestParamInfo<Refusal> const &refusal)
-{
-  return refusal.param.why;
-}
-
-INSTANTIATE_TEST_SUITE_P(Reasons, Refused, testing::ValuesIn(refusals()), nameOf);
 
 TEST_F(Drawing, ASurfacelessScopeStillMeasures)
 {
-  scope.null(true);
-  scope.clientChangeEnable(true);
+  i.null(true);
+  i.clientChangeEnable(true);
   tablet.draw(gxPoint(1, 1), gxGraphicProps(), image);
   EXPECT_EQ(log.lines.size(), 1u);
 }
 
 TEST_F(Drawing, AScopeThatThrowsLeavesNoRecordAndNoPushedFlag)
 {
-  scope.throwing(true);
+  i.throwing(true);
   EXPECT_THROW(tablet.draw(gxCircle({1, 2}, 3), gxGraphicProps(), image), LogScope::Refused);
   EXPECT_THROW(tablet.draw(gxRect({1, 2}, {3, 3}), gxGraphicProps(), image), LogScope::Refused);
   EXPECT_TRUE(tablet.sketch().isNull());
@@ -320,7 +260,7 @@ TEST_F(Drawing, NonFiniteShapesAreRecordedAsTheyAre)
 
 TEST_F(Drawing, NestedDrawsKeepAFullFlagStackIntact)
 {
-  for (int i = 0; i < 31; ++i)
+  for (int n = 0; n < 31; ++n)
     tablet.recordOn().push(true);
   EXPECT_THROW(tablet.draw(gxCircle({1, 2}, 3), gxGraphicProps(), image), gxUIError::FlagStackOverflow);
   EXPECT_TRUE(tablet.sketch().isNull());

@@ -173,7 +173,7 @@ TEST_F(ImageRoad, RunsByScaleModeUnlessUnscaledAndTheirRecord)
   tablet.sketch().erase();
   EXPECT_EQ(draw({0.5, 0.25}, false), "sample (6, 1.5) 2 (0.5, 0.25) 1 8");
   auto const record = bytesOf(tablet.sketch());
-  auto expected = Bytes().head(14, 0).index(0).f64s({1, 2}).u8(1).u8(8).u8(0).i32(2).u8(9).u8(8).i32(3).i32(2);
+  auto expected = Bytes().moved(14, 0, {1, 2}).u8(1).u8(8).u8(0).i32(2).u8(9).u8(8).i32s({3, 2});
   for (int const byte : {0, 1, 4, 1, 0, 1, 0, 0, 0, 3, 0, 0})
     expected.u8(static_cast<unsigned char>(byte));
   EXPECT_EQ(record, expected.get());

@@ -1,7 +1,6 @@
 #include "dispc/uierror.h"
 #include "foundation/matherror.h"
-#include "tests/support/bytes.h"
-#include "tests/support/hooktablet.h"
+#include "tests/support/drawing.h"
 
 #include <numbers>
 
@@ -14,28 +13,7 @@ constexpr auto overlay = gxUITablet::overlay;
 constexpr auto both = gxUITablet::both;
 using Layers = gxUITablet::Layers;
 
-/// A visible tablet of 100 x 80 pels on both layers that records and maps (x, y) to (2 x + 10, 3 y).
-struct Pen : testing::Test {
-  CheckedLog log;
-  LogScope i{log, "i", {100, 80}};
-  LogScope o{log, "o", {100, 80}};
-  gxUITablet tablet{&i, &o};
-  gxColor const red{255, 0, 0};
-  gxColor const dark{1, 2, 3};
-
-  Pen()
-  {
-    tablet.visible(true);
-    tablet.baseMap(gxXform<2>(gxMatrix<2>(2, 0, 0, 3), {10, 0}));
-    tablet.recordOn() = true;
-    log.take();
-  }
-  std::vector<unsigned char> recorded()
-  {
-    auto bytes = bytesOf(tablet.sketch());
-    tablet.sketch().erase();
-    return bytes;
-  }
+struct Pen : DrawingTest {
   /// The pen of the image in pels and as a point.
   void expectPen(long x, long y, gxVector<2> const &point) const
   {
@@ -48,12 +26,9 @@ struct Pen : testing::Test {
   {
     return Bytes().prefix(fill).head(code, layer).rgb(c.rgbStruct().r(), c.rgbStruct().g(), c.rgbStruct().b());
   }
-  static Bytes &rect(Bytes &b, gxUIRect const &r)
-  {
-    return b.u8(1).i32(r.left()).i32(r.top()).i32(r.width()).i32(r.height());
-  }
+  static Bytes rect(Bytes b, gxUIRect const &r) { return b.u8(1).i32s({r.left(), r.top(), r.width(), r.height()}); }
   /// The block of a client rectangle: its four doubles, and nothing around them.
-  static Bytes &rect(Bytes &b, gxRect const &r)
+  static Bytes rect(Bytes b, gxRect const &r)
   {
     return b.u8(0).zeros(16).f64s({r.origin().x(), r.origin().y(), r.size().x(), r.size().y()}).zeros(40);
   }
@@ -69,53 +44,23 @@ TEST_F(Pen, MovesByPointsAndByPels)
   expectPen(14, 9, {14, 9});
   tablet.drawToRelPels(5, -1, red, image);
   expectPen(19, 8, {19, 8});
-  gxGraphicProps props;
-  props.penColor(red);
-  std::ostringstream os;
-  os << "\ni: drawTo from (-8, 9) to (14, 9)\ni: drawToRelPels 5 -1 [" << props << ']';
-  EXPECT_EQ(log.text(), os.str());
+  gxGraphicProps wide;
+  wide.penColor(red);
+  EXPECT_EQ(log.text(), textOf("\ni: drawTo from (-8, 9) to (14, 9)\ni: drawToRelPels 5 -1 [", wide, ']'));
   EXPECT_EQ(gxVector<2>(o.drawPoint()), gxVector<2>(0, 0)) << "each layer has a pen of its own";
   EXPECT_EQ(tablet.drawingPoint(image), gxVector<2>(4.5, 8.0 / 3.0));
-  EXPECT_EQ(recorded(), Bytes()
-                            .head(20, 0)
-                            .index(0)
-                            .f64s({1, 2})
-                            .head(23, 0)
-                            .index(0)
-                            .i32(-20)
-                            .i32(3)
-                            .head(21, 0)
-                            .cyan()
-                            .f64s({2, 3})
-                            .prefix()
-                            .head(22, 0)
-                            .rgb(255, 0, 0)
-                            .i32(5)
-                            .i32(-1)
-                            .get());
-}
+  Bytes expected = Bytes().moved(20, 0, {1, 2}).moved(23, 0).i32s({-20, 3}).drawn(21, 0, {2, 3});
+  EXPECT_EQ(recorded(), expected.prefix().head(22, 0).rgb(255, 0, 0).i32s({5, -1}).get());
 
-TEST_F(Pen, APenMoveWritesDefaultPropertiesBetweenThoseOfTheClient)
-{
-  gxGraphicProps wide;
+  // A move writes default properties between those of the client.
+  wide = gxGraphicProps();
   wide.penWidth(3);
+  tablet.sketch().eraseAndDelete();
   tablet.drawTo({0, 0}, wide, image);
   tablet.drawStart({0, 0}, image);
   tablet.drawTo({0, 0}, wide, image);
-  EXPECT_EQ(recorded(), Bytes()
-                            .prefix(false, 3)
-                            .head(21, 0)
-                            .cyan()
-                            .f64s({0, 0})
-                            .prefix()
-                            .head(20, 0)
-                            .index(0)
-                            .f64s({0, 0})
-                            .prefix(false, 3)
-                            .head(21, 0)
-                            .cyan()
-                            .f64s({0, 0})
-                            .get());
+  expected = Bytes().prefix(false, 3).drawn(21, 0, {0, 0}).prefix().moved(20, 0, {0, 0});
+  EXPECT_EQ(recorded(), expected.prefix(false, 3).drawn(21, 0, {0, 0}).get());
 }
 
 TEST_F(Pen, TheSentinelMeansWhereThePenIs)
@@ -127,14 +72,8 @@ TEST_F(Pen, TheSentinelMeansWhereThePenIs)
   expectPen(10, 1, {10.5, 1.5});
   tablet.drawTo(gxPoint(1.234567e+89, 9.876543e+21), gxGraphicProps(), image);
   EXPECT_EQ(log.text(), "\ni: drawTo from (10.5, 1.5) to (10.5, 1.5)");
-  EXPECT_EQ(recorded(), Bytes()
-                            .head(20, 0)
-                            .index(0)
-                            .f64s({1.234567e+89, 9.876543e+21})
-                            .head(21, 0)
-                            .cyan()
-                            .f64s({1.234567e+89, 9.876543e+21})
-                            .get());
+  EXPECT_EQ(recorded(),
+            Bytes().moved(20, 0, {1.234567e+89, 9.876543e+21}).drawn(21, 0, {1.234567e+89, 9.876543e+21}).get());
   tablet.setScope(image, nullptr, false);
   gxUIRect out(1, 2, 3, 4);
   EXPECT_EQ(tablet.textRect("a", tablet.drawPointArg(), gxUIFormat(), out, image), gxUIRect());
@@ -154,26 +93,12 @@ TEST_F(Pen, StepsAlongADirectionHaveTheirLengthInPels)
                          Row{{-3, -2}, 10.f, -7, -7}, Row{{1, 0}, -3.f, -3, 0}, Row{{0, 0}, 5.f, 0, 0},
                          Row{{inf, 1}, 5.f, 0, 0}, Row{{1, 0}, 1e30f, 2147483647, 0}}) {
     tablet.drawToRelPels(row.dir, row.len, gxGraphicProps(), image);
-    std::ostringstream os;
-    os << "\ni: drawToRelPels " << row.dx << ' ' << row.dy;
-    EXPECT_EQ(log.text(), os.str());
+    EXPECT_EQ(log.text(), textOf("\ni: drawToRelPels ", row.dx, ' ', row.dy));
     tablet.drawStart({0, 0}, image);
     tablet.moveToRelPels(row.dir, row.len, image);
-    EXPECT_EQ(gxPair<long>(i.drawX(), i.drawY()), gxPair<long>(10, 0) + gxPair<long>(row.dx, row.dy));
-    EXPECT_EQ(recorded(), Bytes()
-                              .head(22, 0)
-                              .cyan()
-                              .i32(row.dx)
-                              .i32(row.dy)
-                              .head(20, 0)
-                              .index(0)
-                              .f64s({0, 0})
-                              .head(23, 0)
-                              .index(0)
-                              .i32(row.dx)
-                              .i32(row.dy)
-                              .get())
-        << row.dir;
+    EXPECT_EQ(gxPair<long>(i.drawX(), i.drawY()), gxPair<long>(10 + row.dx, row.dy));
+    Bytes expected = Bytes().drawn(22, 0).i32s({row.dx, row.dy});
+    EXPECT_EQ(recorded(), expected.moved(20, 0, {0, 0}).moved(23, 0).i32s({row.dx, row.dy}).get()) << row.dir;
   }
 }
 
@@ -202,35 +127,22 @@ TEST_F(Pen, AreasOfPelsAndOfTheClient)
   gxUIRect const pels(-5, 6, 7, 8);
   gxRect const client({1, 2}, {3.5, 4});
   tablet.set(pels, red, overlay);
+  EXPECT_EQ(recorded(), rect(colored(16, red, false, 1), pels).get());
   tablet.set(client, dark, image);
+  EXPECT_EQ(recorded(), rect(colored(16, dark), client).get());
   tablet.set(gxRect({4, 4}, {-1, 2}), dark, image);
   tablet.set(gxRect({0.999999999999999, 0}, {1, 1.0 / 3}), dark, image);
-  std::ostringstream os;
-  os << "\no: set " << pels << ' ' << red << "\ni: set " << gxUIRect(12, 6, 7, 12) << ' ' << dark << "\ni: set "
-     << gxUIRect::null << ' ' << dark << "\ni: set " << gxUIRect(12, 0, 2, 1) << ' ' << dark;
-  EXPECT_EQ(log.text(), os.str());
-  Bytes expected = colored(16, red, false, 1);
-  rect(expected, pels);
-  std::vector<unsigned char> all = expected.get();
-  Bytes second = colored(16, dark);
-  rect(second, client);
-  all.insert(all.end(), second.get().begin(), second.get().end());
-  std::vector<unsigned char> bytes = recorded();
-  bytes.resize(all.size());
-  EXPECT_EQ(bytes, all);
-}
+  EXPECT_EQ(log.text(), textOf("\no: set ", pels, ' ', red, "\ni: set (12, 6) 7 x 12 ", dark, "\ni: set ",
+                               gxUIRect::null, ' ', dark, "\ni: set (12, 0) 2 x 1 ", dark));
 
-TEST_F(Pen, OnlyTwoCornersOfAClientRectangleCount)
-{
+  // Only two corners of a client rectangle count. After an eighth of a turn they lie one below the other.
   double const c = std::numbers::sqrt2;
-  tablet.baseMap(gxXform<2>(gxMatrix<2>(c, -c, c, c), {20, 20}));  // an eighth of a turn
+  tablet.baseMap(gxXform<2>(gxMatrix<2>(c, -c, c, c), {20, 20}));
   log.take();
   tablet.set(gxRect({0, 0}, {10, 0}), red, image);
   tablet.set(gxRect({0, 0}, {10, 10}), red, image);
   tablet.drawClipRect(gxRect({0, 0}, {10, 10}), image);
-  std::ostringstream os;
-  os << "\ni: set " << gxUIRect(20, 20, 14, 14) << ' ' << red << "\ni: set " << gxUIRect::null << ' ' << red;
-  EXPECT_EQ(log.text(), os.str()) << "the opposite corner lies straight below the first";
+  EXPECT_EQ(log.text(), textOf("\ni: set (20, 20) 14 x 14 ", red, "\ni: set ", gxUIRect::null, ' ', red));
   EXPECT_EQ(i.displayClipRect(), gxUIRect(5, 20, 30, 29)) << "the clip is the box round all four";
 }
 
@@ -242,10 +154,8 @@ TEST_F(Pen, TheWholeScopeDropsWhatWasRecordedButTheClip)
   tablet.drawTo({1, 1}, red, overlay);
   log.take();
   tablet.set(red, image);
-  std::ostringstream os;
-  os << "\ni: setAll " << red;
-  EXPECT_EQ(log.text(), os.str());
-  EXPECT_EQ(recorded(), Bytes().head(47, 0).cyan().f64s({1, 1, 0, 8}).prefix().head(17, 0).rgb(255, 0, 0).get())
+  EXPECT_EQ(log.text(), textOf("\ni: setAll ", red));
+  EXPECT_EQ(recorded(), Bytes().drawn(47, 0, {1, 1, 0, 8}).prefix().head(17, 0).rgb(255, 0, 0).get())
       << "a clip of no width is one";
   tablet.set(red, overlay);
   EXPECT_EQ(recorded(), colored(17, red, false, 1).get()) << "that of the other layer is not repeated";
@@ -257,85 +167,54 @@ TEST_F(Pen, TheWholeScopeDropsWhatWasRecordedButTheClip)
   EXPECT_EQ(tablet.sketch().size(), 1) << "not recording, it drops nothing";
 }
 
-TEST_F(Pen, TheComplementIsAPinwheelOfFourBands)
-{
-  auto const bands = [&](gxUIRect const &a, gxUIRect const &b, gxUIRect const &c, gxUIRect const &d) {
-    std::ostringstream os;
-    os << "\ni: lock 1";
-    for (gxUIRect const &r : {a, b, c, d})
-      os << "\ni: set " << r << ' ' << red;
-    os << "\ni: unlock";
-    return os.str();
-  };
-  tablet.setComplement(gxUIRect(20, 30, 40, 10), red, image);
-  EXPECT_EQ(log.text(), bands({0, 0, 60, 30}, {60, 0, 40, 40}, {20, 40, 80, 40}, {0, 30, 20, 50}));
-  tablet.setComplement(gxUIRect(0, 0, 40, 10), red, image);
-  EXPECT_EQ(log.text(), bands(gxUIRect::null, {40, 0, 60, 10}, {0, 10, 100, 70}, gxUIRect::null))
-      << "bands of no pel still go out";
-  recorded();
-  gxRect const client({5, 10}, {20, 10.0 / 3});
-  tablet.setComplement(client, red, image);
-  EXPECT_EQ(log.text(), bands({0, 0, 60, 30}, {60, 0, 40, 40}, {20, 40, 80, 40}, {0, 30, 20, 50}));
-  Bytes expected = colored(18, red);
-  EXPECT_EQ(recorded(), rect(expected, client).get()) << "recorded once, as it was given";
-}
-
 /// The bands and the rectangle cover each pel of the tablet once, wherever the rectangle lies within it.
-TEST_F(Pen, TheComplementAndTheRectangleTileTheTablet)
+TEST_F(Pen, TheComplementIsAPinwheelOfFourBandsThatTileTheTablet)
 {
   for (gxUIRect const r : {gxUIRect(20, 30, 40, 10), gxUIRect(0, 0, 1, 1), gxUIRect(99, 79, 1, 1),
                            gxUIRect(0, 0, 100, 80), gxUIRect(0, 30, 100, 1), gxUIRect(50, 0, 1, 80)}) {
     std::vector<gxUIRect> const tiles = {
         r, gxUIRect(0, 0, r.right(), r.top()), gxUIRect(r.right(), 0, 100 - r.right(), r.bottom()),
         gxUIRect(r.left(), r.bottom(), 100 - r.left(), 80 - r.bottom()), gxUIRect(0, r.top(), r.left(), 80 - r.top())};
-    tablet.setComplement(r, red, image);
-    std::vector<std::string> const lines = log.take();
-    ASSERT_EQ(lines.size(), 6u);
+    std::string expected = "\ni: lock 1";
     long area = 0;
     for (std::size_t n = 0; n < tiles.size(); ++n) {
-      std::ostringstream os;
-      os << "i: set " << tiles[n] << ' ' << red;
-      if (n > 0) {
-        EXPECT_EQ(lines[n], os.str());
-      }
+      expected += n > 0 ? textOf("\ni: set ", tiles[n], ' ', red) : "";  // bands of no pel still go out
       area += tiles[n].width() * tiles[n].height();
       for (std::size_t m = 0; m < n; ++m)
         EXPECT_TRUE((tiles[n] & tiles[m]).isNull()) << r;
     }
     EXPECT_EQ(area, 100 * 80) << r;
+    tablet.setComplement(r, red, image);
+    EXPECT_EQ(log.text(), expected + "\ni: unlock");
   }
+  tablet.setComplement(gxUIRect(20, 30, 40, 10), red, image);
+  std::string const ofPels = log.text();
+  recorded();
+  gxRect const client({5, 10}, {20, 10.0 / 3});
+  tablet.setComplement(client, red, image);
+  EXPECT_EQ(log.text(), ofPels);
+  EXPECT_EQ(recorded(), rect(colored(18, red), client).get()) << "recorded once, as it was given";
 }
 
 TEST_F(Pen, FramesAreDrawnInwardByThePen)
 {
-  tablet.outline3D(gxUIRect(10, 20, 8, 6), red, dark, 2, image);
-  std::ostringstream os;
-  gxGraphicProps const light(red, 1, gxGraphicProps::penSolid, false);
-  gxGraphicProps const shade(dark, 1, gxGraphicProps::penSolid, false);
-  auto const round = [&](long dx, long dy) {
-    os << "\ni: drawToRelPels " << dx << " 0 [" << light << ']' << "\ni: drawToRelPels 0 " << dy << " [" << shade << ']'
-       << "\ni: drawToRelPels " << -dx << " 0 [" << shade << ']' << "\ni: drawToRelPels 0 " << -dy << " [" << light
-       << ']';
+  gxGraphicProps const light(red, 1, gxGraphicProps::penSolid, false), shade(dark, 1, gxGraphicProps::penSolid, false);
+  auto const round = [&](gxGraphicProps const &first, long dx, long dy) {
+    auto const step = [](long x, long y, gxGraphicProps const &p) {
+      return textOf("\ni: drawToRelPels ", x, ' ', y, " [", p, ']');
+    };
+    return step(dx, 0, first) + step(0, dy, shade) + step(-dx, 0, shade) + step(0, -dy, first);
   };
-  os << "\ni: lock 1";
-  round(7, 5);
-  round(5, 3);
-  os << "\ni: unlock";
-  EXPECT_EQ(log.text(), os.str());
+  tablet.outline3D(gxUIRect(10, 20, 8, 6), red, dark, 2, image);
+  EXPECT_EQ(log.text(), "\ni: lock 1" + round(light, 7, 5) + round(light, 5, 3) + "\ni: unlock");
   expectPen(12, 22, {12, 22});
-  Bytes expected = colored(25, red);
-  EXPECT_EQ(recorded(), rect(expected, gxUIRect(10, 20, 8, 6)).rgb(255, 0, 0).rgb(1, 2, 3).i32(2).get());
+  EXPECT_EQ(recorded(), rect(colored(25, red), gxUIRect(10, 20, 8, 6)).rgb(255, 0, 0).rgb(1, 2, 3).i32(2).get());
 
   gxRect const client({5, 10}, {1.5, 1});
   tablet.outline(client, dark, 5, image);
-  os.str("");
-  os << "\ni: lock 1";
-  for (char const *const step : {"2 0", "0 2", "-2 0", "0 -2"})
-    os << "\ni: drawToRelPels " << step << " [" << shade << ']';
-  os << "\ni: unlock";
-  EXPECT_EQ(log.text(), os.str()) << "three pels square: there is no second round";
-  Bytes second = colored(25, dark);
-  EXPECT_EQ(recorded(), rect(second, client).rgb(1, 2, 3).rgb(1, 2, 3).i32(5).get());
+  EXPECT_EQ(log.text(), "\ni: lock 1" + round(shade, 2, 2) + "\ni: unlock")
+      << "three pels square: there is no second round";
+  EXPECT_EQ(recorded(), rect(colored(25, dark), client).rgb(1, 2, 3).rgb(1, 2, 3).i32(5).get());
 
   for (long const width : {0L, -1L}) {
     tablet.outline3D(gxUIRect(40, 50, 8, 6), red, dark, width, image);
@@ -347,33 +226,26 @@ TEST_F(Pen, FramesAreDrawnInwardByThePen)
   EXPECT_EQ(log.text(), "\ni: lock 1\ni: unlock\ni: lock 1\ni: unlock");
 }
 
-TEST_F(Pen, FillsSayOnlyWhetherTheyStopAtTheBoundary)
+TEST_F(Pen, FillsAndTextsAndTheirRecords)
 {
   tablet.fill(gxPair<long>(3, -4), red, dark, gxUITablet::boundaryFill, image);
   tablet.fill(gxPoint(1.5, 2.0 / 3), red, dark, gxUITablet::FillType(5), overlay);
-  std::ostringstream os;
-  os << "\ni: fill (3, -4) " << red << ' ' << dark << " 1\no: fill (13, 2) " << red << ' ' << dark << " 0";
-  EXPECT_EQ(log.text(), os.str());
-  Bytes expected = colored(19, red, true);
-  expected.u8(1).i32(3).i32(-4).rgb(1, 2, 3).i32(0);
+  EXPECT_EQ(log.text(), textOf("\ni: fill (3, -4) ", red, ' ', dark, " 1\no: fill (13, 2) ", red, ' ', dark, " 0"))
+      << "whether it stops at the boundary, and no more";
+  Bytes expected = colored(19, red, true).u8(1).i32s({3, -4}).rgb(1, 2, 3).i32(0);
   expected.head(19, 1).rgb(255, 0, 0).u8(0).f64s({1.5, 2.0 / 3}).rgb(1, 2, 3).i32(5);
   EXPECT_EQ(recorded(), expected.get());
-}
 
-TEST_F(Pen, TextsAreRecordedUpToTheirFirstZero)
-{
   gxUIFormat const format(7, gxUIFormat::bottomRight);
   tablet.draw("Board", {1, 2}, red, dark, format, image);
+  EXPECT_EQ(log.text().substr(0, 23), "\ni: text Board (12, 6) ");
   tablet.draw("", {0, 0}, red, dark, format, overlay);
   tablet.draw(std::string("a\0b", 3), tablet.drawPointArg(), red, dark, format, image);
-  std::vector<std::string> const lines = log.take();
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0].substr(0, 22), "i: text Board (12, 6) ");
-  Bytes expected = colored(11, red);
-  expected.f64s({1, 2}).rgb(1, 2, 3).i32(7).i32(8).text("Board").u8(0);
-  expected.head(11, 1).rgb(255, 0, 0).f64s({0, 0}).rgb(1, 2, 3).i32(7).i32(8).u8(0);
-  expected.head(11, 0).rgb(255, 0, 0).f64s({1.234567e+89, 9.876543e+21}).rgb(1, 2, 3).i32(7).i32(8).text("a").u8(0);
-  EXPECT_EQ(recorded(), expected.get());
+  EXPECT_EQ(log.take().size(), 2u);
+  expected = colored(11, red).f64s({1, 2}).rgb(1, 2, 3).i32s({7, 8}).text("Board").u8(0);
+  expected.head(11, 1).rgb(255, 0, 0).f64s({0, 0}).rgb(1, 2, 3).i32s({7, 8}).u8(0);
+  expected.head(11, 0).rgb(255, 0, 0).f64s({1.234567e+89, 9.876543e+21}).rgb(1, 2, 3).i32s({7, 8}).text("a").u8(0);
+  EXPECT_EQ(recorded(), expected.get()) << "up to the first zero";
 }
 
 TEST_F(Pen, TextRectMeasuresWithoutADrawDecision)
@@ -394,9 +266,7 @@ TEST_F(Pen, TextRectMeasuresWithoutADrawDecision)
 }
 
 struct Clip : Pen {
-  static constexpr long L = 12, T = 6, W = 4, H = 9;
   gxRect const client{{1, 2}, {2, 3}};
-  gxUIRect const pels{L, T, W, H};
   /// Which of the two scopes got the clip: "i", "o", "io" or nothing.
   std::string reached(Layers layer)
   {
@@ -406,33 +276,19 @@ struct Clip : Pen {
     std::string who;
     for (LogScope const *const s : {&i, &o})
       if (!s->displayClipRect().isNull()) {
-        EXPECT_EQ(s->displayClipRect(), pels);
+        EXPECT_EQ(s->displayClipRect(), gxUIRect(12, 6, 4, 9));
         who += s->name();
       }
     return who;
   }
 };
 
-TEST_F(Clip, GoesToTheLayersThatAreAskedFor)
+TEST_F(Clip, GoesToTheLayersThatAreAskedForOrToWhatBothLayersTake)
 {
   EXPECT_EQ(reached(image), "i");
   EXPECT_EQ(reached(overlay), "o");
   EXPECT_EQ(reached(both), "io");
-  EXPECT_EQ(recorded(), Bytes()
-                            .head(47, 0)
-                            .cyan()
-                            .f64s({1, 2, 2, 3})
-                            .head(47, 1)
-                            .cyan()
-                            .f64s({1, 2, 2, 3})
-                            .head(47, 2)
-                            .cyan()
-                            .f64s({1, 2, 2, 3})
-                            .get());
-}
-
-TEST_F(Clip, ARefusedLayerFallsThroughToWhatBothLayersTake)
-{
+  EXPECT_EQ(recorded(), Bytes().drawn(47, 0, {1, 2, 2, 3}).drawn(47, 1, {1, 2, 2, 3}).drawn(47, 2, {1, 2, 2, 3}).get());
   tablet.setScope(image, nullptr, false);
   EXPECT_EQ(reached(image), "o");
   tablet.drawOnOverlay() = false;
@@ -466,13 +322,13 @@ TEST_F(Clip, BadLayersChangeNothing)
 TEST_F(Clip, EdgesForgiveAHairOnBothSides)
 {
   tablet.baseMap(gxXform<2>());
-  tablet.drawClipRect(gxRect({2.99999999999999, 5}, {3.00000000000002, 1}), image);
-  EXPECT_EQ(i.displayClipRect(), gxUIRect(3, 5, 3, 1));
-  tablet.drawClipRect(gxRect({2.9, -0.5}, {0.2, 1}), image);
-  EXPECT_EQ(i.displayClipRect(), gxUIRect(2, -1, 2, 2));
-  tablet.drawClipRect(gxRect({6, 6}, {-2, -3}), image);
-  EXPECT_EQ(i.displayClipRect(), gxUIRect(4, 3, 2, 3)) << "of any sign";
-  tablet.drawClipRect(gxRect({1, 1}, {0, 0}), image);
-  EXPECT_TRUE(i.displayClipRect().isNull());
+  auto const clipOf = [&](gxRect const &r) {
+    tablet.drawClipRect(r, image);
+    return i.displayClipRect();
+  };
+  EXPECT_EQ(clipOf({{2.99999999999999, 5}, {3.00000000000002, 1}}), gxUIRect(3, 5, 3, 1));
+  EXPECT_EQ(clipOf({{2.9, -0.5}, {0.2, 1}}), gxUIRect(2, -1, 2, 2));
+  EXPECT_EQ(clipOf({{6, 6}, {-2, -3}}), gxUIRect(4, 3, 2, 3)) << "of any sign";
+  EXPECT_TRUE(clipOf({{1, 1}, {0, 0}}).isNull());
 }
 }  // namespace

@@ -30,6 +30,18 @@ class Bytes
       f64(v);
     return *this;
   }
+  Bytes &u8s(std::initializer_list<int> vs)
+  {
+    for (int const v : vs)
+      u8(v);
+    return *this;
+  }
+  Bytes &i32s(std::initializer_list<long> vs)
+  {
+    for (long const v : vs)
+      i32(v);
+    return *this;
+  }
   Bytes &text(std::string const &s)
   {
     bytes_.insert(bytes_.end(), s.begin(), s.end());
@@ -45,6 +57,12 @@ class Bytes
     return u8(40).u8(0).u8(fill).i32(width).i32(0).i32(0).i32(0).u8(arrow).u8(1).u8(0);
   }
   Bytes &head(int code, int layer) { return u8(code).u8(layer); }
+  /// A record in the default pen, and one that has no colour.
+  Bytes &drawn(int code, int layer, std::initializer_list<double> vs = {}) { return head(code, layer).cyan().f64s(vs); }
+  Bytes &moved(int code, int layer, std::initializer_list<double> vs = {})
+  {
+    return head(code, layer).index(0).f64s(vs);
+  }
 
   std::vector<unsigned char> const &get() const { return bytes_; }
 

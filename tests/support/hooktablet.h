@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <utility>
@@ -67,6 +68,36 @@ struct CheckedLog : ScopeLog {
     std::string all;
     for (std::string const &line : take())
       all += '\n' + line;
+    return all;
+  }
+  /// The same in short: a lock is "i{" to "}"; a part that is made is told with its surface, "i.1 (10, 10) 40 x 40",
+  /// a surface that is moved is "i.1 in i (10, 10) 40 x 40", an end "~i.1".
+  std::string story()
+  {
+    std::string all, newPart;
+    std::vector<std::string> locked;
+    for (std::string const &line : take()) {
+      std::size_t const colon = line.find(": ");
+      std::string const who = line.substr(0, colon), what = line.substr(colon + 2);
+      std::string word = line;
+      if (what == "lock 1") {
+        locked.push_back(who);
+        word = who + '{';
+      } else if (what == "unlock") {
+        word = locked.empty() || locked.back() != who ? "}" + who : "}";
+        if (auto const last = std::find(locked.rbegin(), locked.rend(), who); last != locked.rend())
+          locked.erase(std::next(last).base());
+      } else if (what.starts_with("clip ") || what.starts_with("part ")) {
+        word = what.substr(5);
+        newPart = word.substr(0, word.find(' ')) + ": surface in " + who + word.substr(word.find(' '));
+      } else if (what.starts_with("surface ")) {
+        word = std::exchange(newPart, "") == line ? "" : who + what.substr(7);
+      } else if (what == "delete") {
+        word = '~' + who;
+      }
+      if (!word.empty())
+        all += (all.empty() ? "" : " ") + word;
+    }
     return all;
   }
 };

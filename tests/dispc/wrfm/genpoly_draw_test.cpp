@@ -238,7 +238,7 @@ TEST(PolygonDraws, RecordHasTheDocumentedBytes)
   auto const unset = [](Bytes &b) { b.f64s({-1, -1, -1}).i32(0).zeros(4); };
   Bytes expected;
   expected.prefix(false, 1, false).head(41, 0).cyan();
-  expected.f64s({0, 0, 1, 0, 0, 1, 1}).i32(1).i32(3);
+  expected.f64s({0, 0, 1, 0, 0, 1, 1}).i32s({1, 3});
   expected.f64s({0, 0, 0, 0});
   unset(expected);
   expected.f64s({4, 0, -1, 0}).f64s({-1, 3, 5}).i32(0).zeros(4);

@@ -213,33 +213,23 @@ TEST(Factory, TheFirstFittingClassDecides)
   gxGraphicProps const props = broadPen();
   for (GraphicCase const &row : allGraphics()) {
     // Of the graphics of shapes, the factory makes the very same from the item.
-    auto const check = [&]<class G>(G const *graphic) {
-      if (!graphic)
-        return;
-      EXPECT_EQ(stored(gxGraphic::makeShapeGraphic(graphic->item(), graphic->props())), stored(row.graphic)) << row;
+    auto const check = [&]<class... G>() {
+      auto const one = [&](auto const *graphic) {
+        if (graphic) {
+          EXPECT_EQ(stored(gxGraphic::makeShapeGraphic(graphic->item(), graphic->props())), stored(row.graphic)) << row;
+        }
+      };
+      (one(dynamic_cast<G const *>(row.graphic.rep())), ...);
     };
-    gxGraphic const *const g = row.graphic.rep();
-    check(dynamic_cast<gxGraphicSimple<gx2Point> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxLineSeg> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxLine> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxFLine> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxRect, gxGenRect> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxCircle, gxEllipse2> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxAnnulus, gxGenAnnulus> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxEllipseArc2> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxEllipse2, gxEllipse2> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxGenRect, gxGenRect> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxGenAnnulus> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxPolyline> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxGenPoly> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxAffineRectangle> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxBezierCurve> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxDeBoorSpline> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxInterpSpline> const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxHermiteSpline> const *>(g));
-    check(dynamic_cast<gxGraphicWithFill<gxEllipseAnnulus, gxEllipseAnnulus> const *>(g));
-    check(dynamic_cast<gxGraphicEllipseAnnulusSection const *>(g));
-    check(dynamic_cast<gxGraphicSimple<gxLineSegSet> const *>(g));
+    check.operator()<gxGraphicSimple<gx2Point>, gxGraphicSimple<gxLineSeg>, gxGraphicSimple<gxLine>,
+                     gxGraphicSimple<gxFLine>, gxGraphicWithFill<gxRect, gxGenRect>,
+                     gxGraphicWithFill<gxCircle, gxEllipse2>, gxGraphicWithFill<gxAnnulus, gxGenAnnulus>,
+                     gxGraphicSimple<gxEllipseArc2>, gxGraphicWithFill<gxEllipse2, gxEllipse2>,
+                     gxGraphicWithFill<gxGenRect, gxGenRect>, gxGraphicSimple<gxGenAnnulus>,
+                     gxGraphicSimple<gxPolyline>, gxGraphicSimple<gxGenPoly>, gxGraphicSimple<gxAffineRectangle>,
+                     gxGraphicSimple<gxBezierCurve>, gxGraphicSimple<gxDeBoorSpline>, gxGraphicSimple<gxInterpSpline>,
+                     gxGraphicSimple<gxHermiteSpline>, gxGraphicWithFill<gxEllipseAnnulus, gxEllipseAnnulus>,
+                     gxGraphicEllipseAnnulusSection, gxGraphicSimple<gxLineSegSet>>();
   }
   gxGenPoly const square(gxRect({1, 2}, gxVector<2>(5, 6)));
   EXPECT_EQ(stored(gxGraphic::makeShapeGraphic(gx2Wireframe(square), props)),

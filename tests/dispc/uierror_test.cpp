@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <set>
 #include <typeindex>
 
@@ -47,19 +46,6 @@ std::type_index classOf(gxException const &e)
   return typeid(e);
 }
 
-/// The exception that comes out of an archive that stored @p in behind a pointer.
-std::unique_ptr<gxException> throughPointer(gxException *in)
-{
-  std::stringstream stream;
-  gxPersistent *out = nullptr;
-  {
-    gxStoringArchive storing(stream);
-    gxPersistent::serializePointer(storing, in, out);
-  }
-  gxLoadingArchive loading(stream);
-  gxPersistent::serializePointer(loading, nullptr, out);
-  return std::unique_ptr<gxException>(dynamic_cast<gxException *>(out));
-}
 }  // namespace
 
 TEST(UIError, EachClassIsItselfWhereverItGoes)
@@ -74,7 +60,7 @@ TEST(UIError, EachClassIsItselfWhereverItGoes)
     EXPECT_TRUE(texts.insert(made->message()).second) << "a text of another class";
     EXPECT_EQ(dynamic_cast<gxUIError::Errors *>(made.get()) != nullptr, row.name[2] == 'U');
 
-    std::unique_ptr<gxException> const loaded = throughPointer(made.get());
+    std::unique_ptr<gxException> const loaded = throughPointer<gxException>(made.get());
     ASSERT_TRUE(loaded);
     EXPECT_EQ(classOf(*loaded), classOf(*made));
 

@@ -5,6 +5,7 @@
 
 #include "foundation/archive.h"
 
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -48,6 +49,21 @@ T throughArchive(T const &value)
   T loaded{};
   loadArchived(archivedBytes(value), loaded);
   return loaded;
+}
+
+/// The object that comes out of an archive that stored @p object behind a pointer.
+template <class T>
+std::unique_ptr<T> throughPointer(gxPersistent *object)
+{
+  std::stringstream stream;
+  gxPersistent *passed = nullptr;
+  {
+    gxStoringArchive storing(stream);
+    gxPersistent::serializePointer(storing, object, passed);
+  }
+  gxLoadingArchive loading(stream);
+  gxPersistent::serializePointer(loading, nullptr, passed);
+  return std::unique_ptr<T>(dynamic_cast<T *>(passed));
 }
 
 /// A string from numbers of 0 to 255.

@@ -3,6 +3,7 @@
 /// @file
 /// Outlines varied, made at random, flattened and measured.
 
+#include "tests/foundation/shape_chain.h"
 #include "tests/support/outlines.h"
 
 #include <algorithm>

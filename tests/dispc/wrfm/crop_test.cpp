@@ -14,18 +14,7 @@ using V = gxVector<2>;
 using Private = gxSMDGDPolyPrivate;
 using Poly = gxSMDGDPoly;
 using Model = gxSMDGDModel;
-
-/// By counting how often a ray from the point crosses the points of an outline.
-bool isInside(std::vector<V> const &outline, V p)
-{
-  bool inside = false;
-  for (std::size_t i = 0; i < outline.size(); ++i) {
-    V const a = outline[i], b = outline[(i + 1) % outline.size()];
-    if ((a.y() > p.y()) != (b.y() > p.y()))
-      inside ^= p.x() < a.x() + (b.x() - a.x()) * (p.y() - a.y()) / (b.y() - a.y());
-  }
-  return inside;
-}
+using shape_test::isInside;
 
 double distance(Model const &model, V p)
 {

@@ -120,41 +120,18 @@ TEST(Wireframe, ARefusedEditLeavesItAsItWas)
   std::vector<Row> const rows = {
       {"a tolerance that the length breaks", [](gx2Wireframe &w) { w.segmentLengthTol(0, limits(41, 50)); }},
       {"a new segment that breaks its own",
-       [](gx2Wireframe &w) {
-         w.insertVertex(1, {45, 10}, 0, {}, limits(1, 2));
-       }},
+       [](gx2Wireframe &w) { w.insertVertex(1, Point(45, 10), 0, gxRadian(), limits(1, 2)); }},
       {"a vertex that makes the outline cross itself",
-       [](gx2Wireframe &w) {
-         w.insertVertex(1, {20, -5}, 0, {}, gxDimTol());
-       }},
+       [](gx2Wireframe &w) { w.insertVertex(1, Point(20, -5), 0, gxRadian(), gxDimTol()); }},
       {"a rounding that does not fit",
-       [](gx2Wireframe &w) {
-         w.insertVertex(1, {45, 10}, 99, {}, gxDimTol());
-       }},
-      {"no such vertex",
-       [](gx2Wireframe &w) {
-         w.insertVertex(4, {45, 10}, 0, {}, gxDimTol());
-       }},
-      {"none before the front",
-       [](gx2Wireframe &w) {
-         w.insertVertex(-2, {45, 10}, 0, {}, gxDimTol());
-       }},
+       [](gx2Wireframe &w) { w.insertVertex(1, Point(45, 10), 99, gxRadian(), gxDimTol()); }},
+      {"no such vertex", [](gx2Wireframe &w) { w.insertVertex(4, Point(45, 10), 0, gxRadian(), gxDimTol()); }},
+      {"none before the front", [](gx2Wireframe &w) { w.insertVertex(-2, Point(45, 10), 0, gxRadian(), gxDimTol()); }},
       {"no such segment", [](gx2Wireframe &w) { w.segmentLengthTol(4, gxDimTol()); }},
       {"a closing segment that breaks its tolerance",
-       [](gx2Wireframe &w) {
-         w.open();
-         w.close({}, limits(1, 2));
-       }},
-      {"a closing arc that crosses",
-       [](gx2Wireframe &w) {
-         w.open();
-         w.close(gxDegree(-300), gxDimTol());
-       }},
-      {"a closing segment that turns for ever",
-       [](gx2Wireframe &w) {
-         w.open();
-         w.close(gxRadian(NAN));
-       }},
+       [](gx2Wireframe &w) { w.open(), w.close(gxRadian(), limits(1, 2)); }},
+      {"a closing arc that crosses", [](gx2Wireframe &w) { w.open(), w.close(gxDegree(-300), gxDimTol()); }},
+      {"a closing segment that turns for ever", [](gx2Wireframe &w) { w.open(), w.close(gxRadian(NAN)); }},
   };
   for (Row const &row : rows) {
     gx2Wireframe w = plate();

@@ -1,34 +1,11 @@
 #include "dispc/uierror.h"
 #include "foundation/circle.h"
 #include "foundation/lineseg.h"
+#include "tests/support/allocations.h"
 #include "tests/support/bytes.h"
 #include "tests/support/hooktablet.h"
 
-#include <cstdlib>
-#include <new>
-
 // Playback step by step: what it tells the scopes, what it records, what it leaves behind.
-
-namespace
-{
-long allocations = 0;
-}
-
-void *operator new(std::size_t n)
-{
-  ++allocations;
-  if (void *const p = std::malloc(n ? n : 1))
-    return p;
-  throw std::bad_alloc();
-}
-void operator delete(void *p) noexcept
-{
-  std::free(p);
-}
-void operator delete(void *p, std::size_t) noexcept
-{
-  std::free(p);
-}
 
 namespace
 {
@@ -36,13 +13,6 @@ constexpr auto image = gxUITablet::image;
 constexpr auto overlay = gxUITablet::overlay;
 constexpr auto both = gxUITablet::both;
 constexpr auto badLayer = gxUITablet::Layers(7);
-
-gxUISketch sketchOf(std::vector<unsigned char> const &bytes)
-{
-  gxUISketch sketch;
-  sketch.append(bytes.data(), static_cast<long>(bytes.size()));
-  return sketch;
-}
 
 /// A visible tablet on two layers, at a map of 2 x + 10, 2 y.
 struct Playback : testing::Test {

@@ -19,45 +19,24 @@ namespace
 {
 using Stream = std::vector<unsigned char>;
 
-gxUISketch sketchOf(Bytes const &bytes)
-{
-  gxUISketch sketch;
-  sketch.append(bytes.get().data(), static_cast<long>(bytes.get().size()));
-  return sketch;
-}
-
-gxUISketch recorded(OpVariant const &variant, unsigned seed)
-{
-  gxUITablet tablet;
-  tablet.recordOn().push(true);
-  OpRandom random(seed);
-  variant.draw(tablet, random, static_cast<gxUITablet::Layers>(seed % 3));
-  return tablet.sketch();
-}
-
 /// A record behind the default properties, in stock cyan on the image.
 Bytes record(int code, Bytes const &payload)
 {
-  Bytes bytes = Bytes().head(code, 0).cyan();
-  for (unsigned char const b : payload.get())
-    bytes.u8(b);
-  return bytes;
+  return Bytes().head(code, 0).cyan().add(payload);
 }
 
 /// A stored sketch of the first version with this stream.
 std::string firstVersion(Stream const &stream)
 {
-  Bytes bytes = Bytes().u8(0).i32(static_cast<long>(stream.size()));
-  for (unsigned char const b : stream)
-    bytes.u8(b);
-  return {bytes.get().begin(), bytes.get().end()};
+  std::vector<unsigned char> const head = Bytes().u8(0).i32(static_cast<long>(stream.size())).get();
+  return std::string(head.begin(), head.end()) + std::string(stream.begin(), stream.end());
 }
 
 /// How a load ended, if not as it may: "" after success or an exception that loading documents, with the target as it
 /// was. Whatever has been loaded can be walked.
 std::string misbehaviour(std::string const &bytes)
 {
-  gxUISketch target = sketchOf(Bytes().prefix(true, 3).head(17, 1).index(7));
+  gxUISketch target = sketchOf(Bytes().prefix(true, 3).head(17, 1).index(7).get());
   Stream const before = bytesOf(target);
   std::string what;
   try {
@@ -149,7 +128,7 @@ TEST(SketchArchive, loadingAppends)
 TEST(SketchArchive, storesAVersionACountAndObjects)
 {
   EXPECT_EQ(archivedBytes(gxUISketch()), bytesOf({1, 0, 0, 0, 0}));
-  gxUISketch const target = sketchOf(Bytes().head(17, 0).cyan());
+  gxUISketch const target = sketchOf(Bytes().head(17, 0).cyan().get());
   gxUISketch same = target;
   loadArchived(bytesOf({1, 0, 0, 0, 0}), same);
   loadArchived(bytesOf({1, 255, 255, 255, 255}), same);
@@ -177,10 +156,10 @@ TEST(SketchArchive, storesAVersionACountAndObjects)
 
 TEST(SketchArchive, refusesNestedSketchesAndUnknownVersions)
 {
-  gxUISketch nested = sketchOf(record(15, Bytes().f64s({0, 0}).i32(0)));
+  gxUISketch nested = sketchOf(record(15, Bytes().f64s({0, 0}).i32(0)).get());
   EXPECT_THROW(archivedBytes(nested), gxUIError::NotImplemented);
   for (int const version : {2, 127, 255}) {
-    gxUISketch target = sketchOf(Bytes().head(17, 0).cyan());
+    gxUISketch target = sketchOf(Bytes().head(17, 0).cyan().get());
     Stream const before = bytesOf(target);
     try {
       loadArchived(bytesOf({version, 0, 0, 0, 0}), target);
@@ -200,7 +179,7 @@ TEST(SketchArchive, refusesPointersThatAreNullOrOfAnotherClass)
   EXPECT_THROW(loadArchived(std::string(null.get().begin(), null.get().end()), target), gxBadPointer);
 
   // The code of the header may change to that of another record with the same op, and to no other.
-  std::string const stored = archivedBytes(sketchOf(record(4, Bytes().f64s({1, 2, 3}))));
+  std::string const stored = archivedBytes(sketchOf(record(4, Bytes().f64s({1, 2, 3})).get()));
   std::size_t const code = stored.find("gx_UISketchOpCircle") - 3 - 4;
   ASSERT_EQ(stored[code], 4);
   for (int other = 0; other < 60; ++other) {
@@ -270,7 +249,7 @@ TEST(SketchArchive, opsFromArchivesOutliveTheStream)
 {
   gxPtrHandle<gx_UISketchOpData> loaded;
   {
-    gxUISketch sketch = sketchOf(record(11, Bytes().f64s({1, 2}).cyan().i32s({3, 4}).text("kept").u8(0)));
+    gxUISketch sketch = sketchOf(record(11, Bytes().f64s({1, 2}).cyan().i32s({3, 4}).text("kept").u8(0)).get());
     gx_UISketchOpHeader header;
     gx_UISketchOpData *op = nullptr;
     gfParseUISketch(sketch, 0, header, &op);
@@ -305,8 +284,7 @@ Bytes join(std::initializer_list<Bytes> parts)
 {
   Bytes all;
   for (Bytes const &part : parts)
-    for (unsigned char const b : part.get())
-      all.u8(b);
+    all.add(part);
   return all;
 }
 

@@ -23,16 +23,6 @@ namespace
 using Op = std::unique_ptr<gx_UISketchOpData>;
 using Stream = std::vector<unsigned char>;
 
-/// What one operation records.
-gxUISketch recorded(OpVariant const &variant, unsigned seed)
-{
-  gxUITablet tablet;
-  tablet.recordOn().push(true);
-  OpRandom random(seed);
-  variant.draw(tablet, random, static_cast<gxUITablet::Layers>(seed % 3));
-  return tablet.sketch();
-}
-
 /// Calls what(record number, first byte, header, bytes of head and properties, bytes of the payload) for each record.
 template <class What>
 void eachRecord(gxUISketch &sketch, What const &what)

@@ -1,9 +1,7 @@
 #include "dispc/uibitmap.h"
 #include "dispc/uierror.h"
-#include "dispc/uitablet.h"
 #include "foundation/pelbuf.h"
-#include "tests/support/bytes.h"
-#include "tests/support/logscope.h"
+#include "tests/support/drawing.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -108,23 +106,16 @@ struct RunLog : LogScope {
   std::ostringstream told;
 };
 
-struct ImageRoad : testing::Test {
-  ImageRoad()
-  {
-    tablet.visible(true);
-    tablet.baseMap(gxXform<2>(gxMatrix<2>(2, 0, 0, 3), gxVector<2>(10, 0)));
-    tablet.recordOn().push(true);
-    log.take();
-  }
+struct ImageRoad : DrawingTest {
+  RunLog scope{log, "i", {100, 100}};
+  ImageRoad() { tablet.setScope(gxUITablet::image, &scope, false), log.take(); }
+  ~ImageRoad() override { scope.quietEnd(), tablet.setScope(nullptr, nullptr, false); }
   std::vector<std::string> calls()
   {
     std::vector<std::string> lines = log.take();
     std::erase_if(lines, [](std::string const &line) { return line.find("lock") != std::string::npos; });
     return lines;
   }
-  ScopeLog log;
-  RunLog scope{log, "i", {100, 100}}, overlayScope{log, "o", {100, 100}};
-  gxUITablet tablet{&scope, &overlayScope};
 };
 
 TEST_F(ImageRoad, ColourImagesByScaleModeAndWithoutARecord)
@@ -172,11 +163,8 @@ TEST_F(ImageRoad, RunsByScaleModeUnlessUnscaledAndTheirRecord)
   EXPECT_EQ(draw({2, 1.5}, false), "expand (24, 9) 2 (2, 1.5) 1 8");
   tablet.sketch().erase();
   EXPECT_EQ(draw({0.5, 0.25}, false), "sample (6, 1.5) 2 (0.5, 0.25) 1 8");
-  auto const record = bytesOf(tablet.sketch());
   auto expected = Bytes().moved(14, 0, {1, 2}).u8(1).u8(8).u8(0).i32(2).u8(9).u8(8).i32s({3, 2});
-  for (int const byte : {0, 1, 4, 1, 0, 1, 0, 0, 0, 3, 0, 0})
-    expected.u8(static_cast<unsigned char>(byte));
-  EXPECT_EQ(record, expected.get());
+  EXPECT_EQ(bytesOf(tablet.sketch()), expected.u8s({0, 1, 4, 1, 0, 1, 0, 0, 0, 3, 0, 0}).get());
 }
 
 TEST_F(ImageRoad, ThePointIconHasItsCentreAtThePointAndIsNotScaled)

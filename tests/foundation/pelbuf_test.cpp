@@ -20,26 +20,14 @@ using Buffer8 = gxPelBuffer<unsigned char>;
 using ConstBuffer8 = gxPelBuffer_const<unsigned char>;
 
 template <class T>
-T pelOf(unsigned v);
-template <>
-unsigned char pelOf(unsigned v)
+T pelOf(unsigned v)
 {
-  return static_cast<unsigned char>(v);
-}
-template <>
-unsigned short pelOf(unsigned v)
-{
-  return static_cast<unsigned short>(v * 257);
-}
-template <>
-gxPackedRGB16Pel pelOf(unsigned v)
-{
-  return gxPackedRGB16Pel(static_cast<unsigned short>(v * 31));
-}
-template <>
-gxPackedRGB32Pel pelOf(unsigned v)
-{
-  return gxPackedRGB32Pel(static_cast<unsigned long>(v) * 0x01030507UL);
+  if constexpr (sizeof(T) == 1)
+    return static_cast<unsigned char>(v);
+  else if constexpr (sizeof(T) == 2)
+    return T(static_cast<unsigned short>(v * 257));
+  else
+    return T(static_cast<unsigned long>(v) * 0x01030507UL);
 }
 
 /// Each pel tells its root coordinates.

@@ -42,6 +42,11 @@ class Bytes
       i32(v);
     return *this;
   }
+  Bytes &add(Bytes const &other)
+  {
+    bytes_.insert(bytes_.end(), other.bytes_.begin(), other.bytes_.end());
+    return *this;
+  }
   Bytes &text(std::string const &s)
   {
     bytes_.insert(bytes_.end(), s.begin(), s.end());
@@ -79,4 +84,11 @@ class Bytes
 inline std::vector<unsigned char> bytesOf(gxUISketch const &s)
 {
   return {s.bytes(), s.bytes() + s.size()};
+}
+
+inline gxUISketch sketchOf(std::vector<unsigned char> const &bytes)
+{
+  gxUISketch sketch;
+  sketch.append(bytes.data(), static_cast<long>(bytes.size()));
+  return sketch;
 }

@@ -623,6 +623,15 @@ std::vector<OpVariant> const &opVariants()
   return table;
 }
 
+gxUISketch recorded(OpVariant const &variant, unsigned seed)
+{
+  gxUITablet tablet;
+  tablet.recordOn().push(true);
+  OpRandom random(seed);
+  variant.draw(tablet, random, static_cast<Layers>(seed % 3));
+  return tablet.sketch();
+}
+
 gxUISketch randomSketch(unsigned seed, int count)
 {
   OpRandom random(seed);

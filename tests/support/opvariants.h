@@ -71,6 +71,8 @@ struct OpVariant {
 /// All of them, in the order of their codes.
 std::vector<OpVariant> const &opVariants();
 
+/// What one operation records, on a layer that the seed tells as well.
+gxUISketch recorded(OpVariant const &variant, unsigned seed);
 /// What @p count random operations record; without those that erase, so that all of it stays, and without sketches
 /// inside, so that it can be stored.
 gxUISketch randomSketch(unsigned seed, int count);

@@ -7,7 +7,9 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -125,6 +127,45 @@ TEST(Documents, theExampleOfTheReadmeIsTheOneThatIsBuilt)
   auto const example = content(root / "examples/first_picture.cpp");
   ASSERT_FALSE(example.empty());
   EXPECT_NE(content(root / "README.md").find("```cpp\n" + example + "```\n"), std::string::npos);
+}
+
+/// The lines of code without their indentation.
+std::string flattened(std::string const &code)
+{
+  std::string flat;
+  std::istringstream in(code);
+  for (std::string line; std::getline(in, line);) {
+    std::size_t const from = line.find_first_not_of(' ');
+    flat += from == std::string::npos ? "\n" : line.substr(from) + '\n';
+  }
+  return flat;
+}
+
+/// The pieces of C++ that a document shows.
+std::vector<std::string> codeIn(fs::path const &path)
+{
+  std::vector<std::string> pieces;
+  std::string const text = content(path), fence = "```cpp\n";
+  for (auto at = text.find(fence); at != std::string::npos; at = text.find(fence, at + 1))
+    pieces.push_back(text.substr(at + fence.size(), text.find("```", at + fence.size()) - at - fence.size()));
+  return pieces;
+}
+
+TEST(Documents, whatTaskPagesShowIsInTheirPrograms)
+{
+  fs::path const root = GX_SOURCE_ROOT;
+  for (auto const &[page, program] : {std::pair("overlays", "show_overlay"), std::pair("sketches", "record_and_replay"),
+                                      std::pair("libraries", "check_library")}) {
+    fs::path const path = root / "docs" / (std::string(page) + ".md");
+    std::string const source = flattened(content(root / "examples/tasks" / (std::string(program) + ".cpp")));
+    ASSERT_FALSE(source.empty()) << program;
+    std::vector<std::string> const pieces = codeIn(path);
+    EXPECT_GE(pieces.size(), 3u) << page;
+    for (std::string const &piece : pieces)
+      EXPECT_NE(source.find(flattened(piece)), std::string::npos) << page << " shows what its program has not:\n"
+                                                                  << piece;
+    EXPECT_NE(content(path).find(std::string(program) + ".cpp"), std::string::npos) << page;
+  }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // A surface without a picture: it counts what is drawn and measures how much room that takes.
 //
-//   measuring_surface
+//   measuring_surface        fails if the sizes and counts are not what they should be
 //
 // A complete back end in the smallest form, to begin one's own with; docs/surfaces.md explains each part. Here it
 // answers what a program asks before it prints: how large is this drawing, and how many calls does it take?
@@ -259,12 +259,15 @@ int main()
   MeasuringScope overlay({640, 480});
   gxUITablet window(nullptr, &overlay);
   window.visible(true);
-  for (double const pelsPerMillimetre : {4.0, 10.0}) {
-    window.baseMap(gxXform<2>(gxMatrix<2>(pelsPerMillimetre, 0, 0, pelsPerMillimetre), {10, 10}));
+  bool allAsTold = true;
+  for (long const pelsPerMillimetre : {4, 10}) {
+    double const scale = static_cast<double>(pelsPerMillimetre);
+    window.baseMap(gxXform<2>(gxMatrix<2>(scale, 0, 0, scale), {10, 10}));
     overlay.clientChangeEnable(true);
     drawBoard(window);
-    std::cout << "at " << pelsPerMillimetre << " pels a millimetre the board takes " << overlay.clientChangedRect(false)
-              << '\n';
+    gxUIRect const taken = overlay.clientChangedRect(false);
+    std::cout << "at " << pelsPerMillimetre << " pels a millimetre the board takes " << taken << '\n';
+    allAsTold = allAsTold && taken == gxUIRect(10, 10, 40 * pelsPerMillimetre + 1, 25 * pelsPerMillimetre + 1);
   }
 
   gxUITablet corner(window, gxUIRect(500, 400, 140, 80));  // draws on a part, and the part counts with the whole
@@ -272,4 +275,5 @@ int main()
   drawBoard(corner);
   Tally const &tally = overlay.tally();
   std::cout << tally.shapes << " shapes, " << tally.images << " images, " << tally.texts << " texts in all\n";
+  return allAsTold && tally.shapes > 0 && tally.texts == 3 ? 0 : 1;
 }

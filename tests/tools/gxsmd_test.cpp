@@ -102,6 +102,15 @@ TEST_F(Gxsmd, CheckTellsWhatDeviates)
   EXPECT_EQ(run("check chip_2x1.2mm.kicad_mod"), 0) << out;
   EXPECT_EQ(run("check " GX_SOURCE_ROOT "/examples/data"), 0) << out;
   EXPECT_THAT(out, HasSubstr("3 files: 0 not read, 0 with faults, 3 sound"));
+  std::filesystem::create_directory(folder / "rows");
+  for (char const *const pitch : {"1", "1.5"})  // staggered: the pitch lies along an axis
+    write(("rows/two_P" + std::string(pitch) + "mm.kicad_mod").c_str(),
+          "(footprint rows (pad 1 smd rect (at -3 0) (size 1 .5) (layers F.Cu)) (pad 2 smd rect (at 3 1) (size 1 .5) "
+          "(layers F.Cu)) (pad 3 smd rect (at -3 2) (size 1 .5) (layers F.Cu)))");
+  EXPECT_EQ(run("check rows"), 1);
+  EXPECT_THAT(out, HasSubstr("two_P1.5mm.kicad_mod: no two pads are 1.5 mm apart"));
+  EXPECT_THAT(out, HasSubstr("2 files: 0 not read, 1 with faults, 1 sound"));
+  std::filesystem::remove_all(folder / "rows");
   EXPECT_EQ(run("check --csv found.csv ."), 1);
   EXPECT_THAT(out, HasSubstr("wide_3x1.2mm.kicad_mod: the body measures 2 x 1.2 mm, its name says 3 x 1.2"));
   EXPECT_THAT(out, HasSubstr("apart_P2.5mm.kicad_mod: no two pads are 2.5 mm apart"));

@@ -143,12 +143,14 @@ void checkPitch(Device const &device, std::vector<Placed> const &pads, double to
     for (std::size_t k = i + 1; k < pads.size(); ++k) {
       if (padOf(device, pads[i]).number == padOf(device, pads[k]).number)
         continue;
-      double const d = pads[i].center().distance(pads[k].center());
-      if (std::abs(d - *named) < std::abs(best - *named)) {
-        best = d;
-        first = i;
-        second = k;
-      }
+      // Rows that are staggered have their pitch along an axis.
+      gxVector<2> const way = pads[k].center() - pads[i].center();
+      for (double const d : {way.len(), std::abs(way.x()), std::abs(way.y())})
+        if (std::abs(d - *named) < std::abs(best - *named)) {
+          best = d;
+          first = i;
+          second = k;
+        }
       if (pads[k].left() - pads[i].right() > std::abs(best - *named) + *named)
         break;
     }

@@ -1,22 +1,7 @@
 #include "dispc/detail/uisketch_blocks.h"
-#include "foundation/annulus.h"
-#include "foundation/bezier.h"
-#include "foundation/circle.h"
-#include "foundation/coordaxes.h"
-#include "foundation/cross.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipseannulus.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/genannulus.h"
-#include "foundation/interpspline.h"
-#include "foundation/lensxform.h"
-#include "foundation/lineseg.h"
-#include "foundation/linesegset.h"
-#include "foundation/mappedshape.h"
-#include "foundation/pointset.h"
 #include "foundation/rlebuf.h"
-#include "foundation/shapetree.h"
 #include "tests/support/drawing.h"
+#include "tests/support/shapes.h"
 
 #include <gmock/gmock.h>
 

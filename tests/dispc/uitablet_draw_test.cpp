@@ -1,13 +1,6 @@
 #include "dispc/uierror.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse.h"
-#include "foundation/lensxform.h"
-#include "foundation/line.h"
-#include "foundation/lineseg.h"
-#include "foundation/mappedshape.h"
-#include "foundation/polygon.h"
-#include "foundation/polyline.h"
 #include "tests/support/drawing.h"
+#include "tests/support/shapes.h"
 
 #include <gmock/gmock.h>
 

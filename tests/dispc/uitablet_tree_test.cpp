@@ -27,6 +27,7 @@ struct ImageTree : testing::Test {
   CheckedLog log;
   LogScope i{log, "i", {100, 80}};
   HookTablet root{log, "root", &i, nullptr};
+  using Kids = std::vector<gxUITablet *>;
   HookTablet a{log, "a", root, gxUIRect(10, 10, 40, 40)};  // i.1
   HookTablet k1{log, "k1", a, gxUIRect(1, 1, 5, 5)};       // i.1.2
   HookTablet k2{log, "k2", a, gxUIRect(2, 2, 5, 5)};       // i.1.3
@@ -34,12 +35,11 @@ struct ImageTree : testing::Test {
   HookTablet b{log, "b", root, gxUIRect(50, 0, 50, 50)};   // i.5
 
   ImageTree() { log.take(); }
-  static std::vector<gxUITablet *> kids(gxUITablet const &t)
+  static Kids kids(gxUITablet const &t)
   {
-    std::vector<gxUITablet *> all;
+    Kids all, back;
     for (gxUITablet *kid = t.firstKid(); kid; kid = kid->nextSib())
       all.push_back(kid);
-    std::vector<gxUITablet *> back;
     for (gxUITablet *kid = t.lastKid(); kid; kid = kid->prevSib())
       back.insert(back.begin(), kid);
     EXPECT_EQ(all, back);
@@ -65,15 +65,12 @@ TEST(TabletLife, EveryFormStartsHiddenWithTheSameRest)
   for (Row const &row : {Row{recorder, false, true, gxUIRect::null}, Row{root, true, false, gxUIRect(0, 0, 100, 80)},
                          Row{empty, true, false, gxUIRect::null}, Row{kid, true, false, gxUIRect(3, 4, 5, 6)}}) {
     gxUITablet const &t = row.tablet;
-    EXPECT_FALSE(t.visible());
-    EXPECT_FALSE(t.updating());
-    EXPECT_EQ(t.drawOn(), row.draws);
-    EXPECT_EQ(t.drawOnOverlay(), row.draws);
+    EXPECT_FALSE(t.visible() || t.updating());
+    EXPECT_TRUE(t.drawOn() == row.draws && t.drawOnOverlay() == row.draws);
     EXPECT_EQ(t.recordOn(), row.records);
     EXPECT_EQ(t.scopeRect(), row.rect);
     EXPECT_TRUE(t.baseMap() == gxXform<2>() && t.scaledMap() == gxXform<2>());
-    EXPECT_EQ(t.scaleMode(), gxUITablet::noScale);
-    EXPECT_EQ(t.scaleExact(), gxPair<double>(1.0, 1.0));
+    EXPECT_TRUE(t.scaleMode() == gxUITablet::noScale && t.scaleExact() == gxPair<double>(1.0, 1.0));
     EXPECT_EQ(t.interpolation(), gxUITablet::noInterpolation);
     EXPECT_TRUE(t.sketch().isNull());
     for (gxFlagStack const *stack : {&t.drawOn(), &t.recordOn(), &t.drawOnOverlay()})
@@ -110,9 +107,9 @@ TEST_F(ImageTree, MovedUnderAnotherParentItsFirstKidBecomesItsLast)
             "~i.1 i.5.6 (0, 0) 40 x 40 a: from root ~i.1.2 i.5.6.7 (1, 1) 5 x 5 k1: from a i.5.6.7 in i.5.6 (1, 1) 5 x "
             "5 i.5.6 in i.5 (0, 0) 40 x 40 i.1.3 in i.5.6 (2, 2) 5 x 5 i.1.4 in i.5.6 (3, 3) 5 x 5 i.5.6.7 in i.5.6 "
             "(1, 1) 5 x 5 a: move");
-  EXPECT_EQ(kids(root), (std::vector<gxUITablet *>{&b}));
-  EXPECT_EQ(kids(b), (std::vector<gxUITablet *>{&a}));
-  EXPECT_EQ(kids(a), (std::vector<gxUITablet *>{&k2, &k3, &k1}));
+  EXPECT_EQ(kids(root), (Kids{&b}));
+  EXPECT_EQ(kids(b), (Kids{&a}));
+  EXPECT_EQ(kids(a), (Kids{&k2, &k3, &k1}));
   EXPECT_EQ(k2.scopeOrg(), gxPair<long>(52, 2));
 }
 
@@ -147,7 +144,7 @@ TEST_F(ImageTree, AVisibleTabletIsErasedAndPaintedAtItsNewPlace)
             "~i.1.2 i.7.8 (1, 1) 5 x 5 k1: from a i.7.8 in i.7 (1, 1) 5 x 5 i.7 in i (10, 10) 40 x 40 i.1.3 in i.7 (2, "
             "2) 5 x 5 i.1.4 in i.7 (3, 3) 5 x 5 i.7.8 in i.7 (1, 1) 5 x 5 i.7{ i.7{ a: redraw both } i.1.3{ i.1.3{ k2: "
             "redraw both } } i.1.4{ } i.7.8{ } }");
-  EXPECT_EQ(kids(root), (std::vector<gxUITablet *>{&b, &a})) << "in front of its new siblings";
+  EXPECT_EQ(kids(root), (Kids{&b, &a})) << "in front of its new siblings";
   EXPECT_TRUE(a.visible());
   EXPECT_FALSE(k1.visible());
 }
@@ -158,7 +155,7 @@ TEST_F(ImageTree, CyclesAreRefusedAndChangeNothing)
   EXPECT_THROW(a.setParent(k2, gxUIRect(0, 0, 1, 1)), gxUIError::BadParams);
   EXPECT_THROW(root.setParent(k2, gxUIRect(0, 0, 1, 1)), gxUIError::BadParams);
   EXPECT_EQ(log.story(), "");
-  EXPECT_EQ(kids(a), (std::vector<gxUITablet *>{&k1, &k2, &k3}));
+  EXPECT_EQ(kids(a), (Kids{&k1, &k2, &k3}));
   EXPECT_TRUE(a.visible(true)) << "no reason to hide was left behind";
 }
 
@@ -286,11 +283,8 @@ TEST_F(Tree, LayersThatDoNotExistThrowBeforeAnythingChanges)
 TEST_F(ImageTree, ModifiedIsAskedOfTheWholeSubtree)
 {
   k2.modified(image, true);
-  EXPECT_TRUE(root.modified(image));
-  EXPECT_TRUE(a.modified(image));
-  EXPECT_FALSE(b.modified(image));
-  EXPECT_FALSE(k3.modified(image));
-  EXPECT_FALSE(a.modified(overlay));
+  EXPECT_TRUE(root.modified(image) && a.modified(image));
+  EXPECT_FALSE(b.modified(image) || k3.modified(image) || a.modified(overlay));
   k2.modified(image, false);
   EXPECT_FALSE(root.modified(image));
 }
@@ -330,9 +324,7 @@ TEST(TabletEnd, InAnyOrderNothingIsLeftAndNothingIsTouched)
           for (auto const &kid : {t[1].get(), t[2].get()}) {
             if (!kid)
               continue;
-            EXPECT_EQ(kid->parent(), nullptr);
-            EXPECT_EQ(kid->nextSib(), nullptr);
-            EXPECT_EQ(kid->prevSib(), nullptr);
+            EXPECT_FALSE(kid->parent() || kid->nextSib() || kid->prevSib());
             EXPECT_EQ(kid->currentScope(image), gxUIRect::null);
             kid->recordOn() = true;
             kid->draw(gxPoint(1, 1), gxGraphicProps(), image);
@@ -362,7 +354,7 @@ TEST_F(ImageTree, ACopyIsASnapshotThatDisturbsNoLink)
     copy.fullDraw(image);
     EXPECT_EQ(log.story(), "i{ }") << "the kids belong to the original";
   }
-  EXPECT_EQ(kids(root), (std::vector<gxUITablet *>{&a, &b}));
+  EXPECT_EQ(kids(root), (Kids{&a, &b}));
   EXPECT_EQ(a.parent(), &root);
   EXPECT_EQ(other.firstKid(), &a);
   EXPECT_NE(a.currentScope(image), gxUIRect::null);

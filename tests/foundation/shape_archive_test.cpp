@@ -1,27 +1,10 @@
 // Shapes in archives: every class comes back equal, alone and shared in trees; what no constructor would accept is
 // refused while loading.
 
-#include "foundation/affinerect.h"
 #include "foundation/archive.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipseannulus.h"
-#include "foundation/ellipsearc.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/fline.h"
-#include "foundation/genrect.h"
 #include "foundation/geomarchive.h"
-#include "foundation/lensxform.h"
-#include "foundation/line.h"
-#include "foundation/lineseg.h"
-#include "foundation/point.h"
-#include "foundation/polygon.h"
-#include "foundation/polyline.h"
-#include "foundation/rect.h"
-#include "foundation/shapeserror.h"
-#include "foundation/shapetree.h"
 #include "foundation/xformbase.h"
+#include "tests/support/shapes.h"
 
 #include <gtest/gtest.h>
 

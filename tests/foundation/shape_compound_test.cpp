@@ -1,28 +1,9 @@
 // Rings, sets, the plain values, shapes of clients, shapes seen through transforms and the distortion of a lens.
 
-#include "foundation/affinerect.h"
-#include "foundation/annulus.h"
-#include "foundation/bezier.h"
-#include "foundation/coordaxes.h"
-#include "foundation/cross.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/genannulus.h"
-#include "foundation/genshape.h"
-#include "foundation/lensxform.h"
-#include "foundation/line.h"
-#include "foundation/linesegset.h"
-#include "foundation/mappedshape.h"
 #include "foundation/matherror.h"
-#include "foundation/point.h"
-#include "foundation/pointset.h"
-#include "foundation/polyline.h"
-#include "foundation/rect.h"
-#include "foundation/shapeinfo.h"
-#include "foundation/shapeserror.h"
-#include "foundation/shapetree.h"
 #include "tests/foundation/shape_chain.h"
 #include "tests/support/archived.h"
+#include "tests/support/shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,25 +1,8 @@
 // Shapes at their edges: what has no meaning throws the fitting error, what has collapsed gives finite answers, what
 // is not finite does no harm.
 
-#include "foundation/affinerect.h"
-#include "foundation/annulus.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/fline.h"
-#include "foundation/genrect.h"
-#include "foundation/line.h"
-#include "foundation/lineseg.h"
-#include "foundation/linesegset.h"
-#include "foundation/mappedshape.h"
 #include "foundation/matherror.h"
-#include "foundation/point.h"
-#include "foundation/polygon.h"
-#include "foundation/polyline.h"
-#include "foundation/rect.h"
-#include "foundation/shapeinfo.h"
-#include "foundation/shapeserror.h"
-#include "foundation/shapetree.h"
+#include "tests/support/shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,18 +1,9 @@
 // Ellipses and their arcs to the last digits, against plain references in long double.
 
-#include "foundation/circle.h"
-#include "foundation/ellipse.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipseannulus.h"
-#include "foundation/ellipsearc.h"
-#include "foundation/ellipsearc2.h"
 #include "foundation/matherror.h"
 #include "foundation/outline.h"
-#include "foundation/rect.h"
-#include "foundation/shapeinfo.h"
-#include "foundation/shapeserror.h"
-#include "foundation/shapetree.h"
 #include "tests/foundation/shape_chain.h"
+#include "tests/support/shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,16 +1,7 @@
 // The laws of shapes over a table of plain shapes, chains of them and elliptical arcs.
 
 #include "tests/foundation/shape_laws.h"
-#include "foundation/affinerect.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipseannulus.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/genrect.h"
-#include "foundation/lineseg.h"
-#include "foundation/polyline.h"
-#include "foundation/rect.h"
-#include "foundation/shapetree.h"
+#include "tests/support/shapes.h"
 
 #include <gtest/gtest.h>
 

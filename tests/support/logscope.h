@@ -2,19 +2,9 @@
 
 #include "dispc/dispprop.h"
 #include "dispc/uiscope.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipsearc.h"
-#include "foundation/ellipsearc2.h"
-#include "foundation/genrect.h"
-#include "foundation/genshape.h"
-#include "foundation/lineseg.h"
 #include "foundation/pelbuf.h"
-#include "foundation/polygon.h"
-#include "foundation/polyline.h"
-#include "foundation/rect.h"
 #include "foundation/rlebuf.h"
+#include "tests/support/shapes.h"
 
 #include <memory>
 #include <set>

@@ -1,20 +1,9 @@
 #include "dispc/wrfm/genpoly.h"
 
-#include "foundation/annulus.h"
 #include "foundation/archive.h"
-#include "foundation/circle.h"
-#include "foundation/ellipse.h"
-#include "foundation/ellipse2.h"
-#include "foundation/ellipseannulus.h"
-#include "foundation/genannulus.h"
-#include "foundation/genrect.h"
 #include "foundation/matherror.h"
-#include "foundation/polygon.h"
-#include "foundation/polyline.h"
-#include "foundation/shapeinfo.h"
-#include "foundation/shapeserror.h"
-#include "foundation/shapetree.h"
 #include "tests/support/outlines.h"
+#include "tests/support/shapes.h"
 
 #include <gmock/gmock.h>
 

@@ -49,16 +49,8 @@ Poly gxSMDGDPolyPrivate::outline(std::vector<Vertex> vertices, bool isClosed)
 
 Poly gxSMDGDPolyPrivate::moved(Poly const &poly, gxVector<2> const &offset)
 {
-  Poly result(poly.name());
-  result.vertices_ = poly.vertices_;
-  result.subModelLabels_ = poly.subModelLabels_;
-  result.prevRoundPoints_ = poly.prevRoundPoints_;
-  result.nextRoundPoints_ = poly.nextRoundPoints_;
-  result.roundSpans_ = poly.roundSpans_;
-  result.isOpen_ = poly.isOpen_;
-  result.labelsInOrder_ = poly.labelsInOrder_;
-  copyLooks_(poly, result);
-  result.colors_ = poly.colors_;
+  Poly result(poly);
+  result.boxes_.clear();
   for (Vertex &v : result.vertices_)
     v.point_ = v.point_ + offset;
   for (auto *const points : {&result.prevRoundPoints_, &result.nextRoundPoints_})

@@ -3,6 +3,7 @@
 
 #include "tools/gxsmd/commands.h"
 #include "tools/gxsmd/device.h"
+#include "tools/gxsmd/drawing.h"
 #include "tools/support/errors.h"
 #include "tools/support/render.h"
 #include "tools/support/text.h"
@@ -60,8 +61,10 @@ void printUsage(std::ostream &os)
         "      --pictures N                 for the first N files that deviate; 200 by default\n"
         "  --help, --version\n"
         "\n"
-        "A FILE is a footprint (.kicad_mod) or what store has written. Exit status: 0, 1 for a file that cannot be\n"
-        "read or written, or that check or measure finds fault with, 2 for a command line that makes no sense.\n";
+        "A FILE is a footprint (.kicad_mod), what store has written, or an archive of one model. Exit status: 0, 1 "
+        "for\n"
+        "a file that cannot be read or written, or that check or measure finds fault with, 2 for a command line that\n"
+        "makes no sense.\n";
 }
 
 std::string sizeOf(gxRect const &box)
@@ -85,6 +88,11 @@ void info(Words const &words)
               << "  body: " << m.body.numPolys() << " outlines, " << sizeOf(bodyBox(m.body)) << '\n'
               << "  courtyard: " << m.courtyard.numPolys() << " outlines, " << sizeOf(m.courtyard.boundingBox({}))
               << '\n';
+    std::string layers;
+    for (std::string const &layer : drawnLayers(device.footprint))
+      layers += (layers.empty() ? "" : ", ") + layer;
+    if (!layers.empty())
+      std::cout << "  drawings: " << oneLine(layers) << '\n';
     for (gxFootprintProblem const &problem : m.problems)
       std::cout << "  " << oneLine(problem.text()) << '\n';
     for (auto const &[name, count] : device.footprint.unknown)

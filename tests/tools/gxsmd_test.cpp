@@ -1,3 +1,5 @@
+#include "dispc/wrfm/model.h"
+#include "foundation/archive.h"
 #include "foundation/netpbm.h"
 #include "foundation/vector.h"
 #include "tests/support/tooltest.h"
@@ -9,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -155,6 +158,24 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
     EXPECT_THAT(out, HasSubstr("pads: 2 outlines, 2.9 x 1.4 mm"));
   }
   EXPECT_EQ(contentOf(folder / "chip_2x1.2mm.kicad_mod.ppm"), contentOf(folder / "chip.models.ppm"));
+
+  // A model that a program stored by itself; and cut off, archives are refused.
+  gxSMDGDModel frame;
+  frame << gxSMDGDPoly::rectangle(3.0, 1.0, {0, 0});
+  std::ostringstream alone;
+  gxStoringArchive archive(alone);
+  archive || frame;
+  archive.flush();
+  write("frame", alone.str());
+  EXPECT_EQ(run("info frame"), 0) << err;
+  EXPECT_THAT(out, HasSubstr("pads: 1 outlines, 3 x 1 mm"));
+  std::string const stored = contentOf(folder / "chip.models");
+  for (std::size_t const size : {stored.size() / 4, stored.size() / 2, stored.size() - 1}) {
+    write("short", stored.substr(0, size));
+    EXPECT_EQ(run("info short"), 1);
+    EXPECT_THAT(err, HasSubstr("gxsmd: short: "));
+    EXPECT_THAT(err, HasSubstr("; store the models again"));
+  }
 }
 
 // What each file says, after its name, in one line; check reads on behind it, and the others tell the same.

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -21,6 +22,29 @@ void passModels(gxArchive &archive, gxFootprintModels &models)
 {
   for (gxSMDGDModel *const model : {&models.pads, &models.body, &models.courtyard})
     archive || static_cast<gxPersistent &>(*model);
+}
+
+/// Models that were stored by gxsmd, or one that a program stored alone, which counts as pads.
+void loadModels(std::string const &text, gxFootprintModels &models)
+{
+  try {
+    std::istringstream is(text);
+    gxLoadingArchive archive(is);
+    passModels(archive, models);
+    return;
+  } catch (gxException const &) {
+    models = {};
+    std::istringstream is(text);
+    gxLoadingArchive archive(is);
+    archive || static_cast<gxPersistent &>(models.pads);
+    unsigned char more = 0;
+    try {
+      archive || more;
+    } catch (gxException const &) {  // that was all
+      return;
+    }
+    throw;
+  }
 }
 
 /// What the models do not hold: each outline is a pad of its own, and what does not close is told by its ends.
@@ -73,9 +97,7 @@ Device readDevice(std::string const &path)
   std::string const text = contentOf(path);
   try {
     if (text.substr(0, archiveStart.size()) == archiveStart) {
-      std::ifstream is(path, std::ios::binary);
-      gxLoadingArchive archive(is);
-      passModels(archive, device.models);
+      loadModels(text, device.models);
       nameParts(device);
     } else {
       device.footprint = gxFootprint::read(text);

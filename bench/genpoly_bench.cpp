@@ -173,7 +173,7 @@ int main(int argc, char **argv)
   for (int kind = 0; kind < 3; ++kind) {
     std::string const of = std::string(" (") + kinds[kind] + ")", arg = '/' + std::to_string(kind);
     ratios.push_back({"drawing / its flattened polyline" + of, "drawPolygon" + arg, "drawPolyline" + arg, 0.25});
-    ratios.push_back({"drawing / its lines one by one" + of, "drawPolygon" + arg, "drawSegments" + arg, 0.5});
+    ratios.push_back({"drawing / its lines one by one" + of, "drawPolygon" + arg, "drawSegments" + arg, 0.8});
     ratios.push_back({"recording / its flattened polyline" + of, "recordPolygon" + arg, "recordPolyline" + arg, 0.15});
     ratios.push_back({"replay / its flattened polyline" + of, "replayPolygon" + arg, "replayPolyline" + arg, 0.05});
     ratios.push_back({"map / copy" + of, "mapPolygon" + arg, "copyPolygon" + arg, 0.9});

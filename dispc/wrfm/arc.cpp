@@ -1,5 +1,6 @@
 #include "dispc/wrfm/arc.h"
 
+#include "dispc/wrfm/detail/segmentchords.h"
 #include "dispc/wrfm/detail/segmentmeet.h"
 #include "foundation/circle.h"
 #include "foundation/ellipsearc.h"
@@ -18,18 +19,10 @@ gx2SegmentArc::gx2SegmentArc(gxVector<2> const &center, double radius, gxDegree 
 
 gx2SegmentArc::gx2SegmentArc(gxVector<2> const &p1, gxVector<2> const &p2, gxDegree span) : angleSpan_(span)
 {
-  double const w = span.value();
-  if (!(std::abs(w) > 1e-15 && std::abs(w) <= gf_turnDegrees) || p1 == p2)
-    throw gxShapesError::DegenerateShape();
-  // an arc of less than half a turn bends round a centre on the side to which it turns, a longer one has it opposite
-  bool const leftOfChord = (w > 0.0 && w < 180.0) || (w > -360.0 && w < -180.0);
-  gxVector<2> const chord = p2 - p1, left(-chord.y(), chord.x());
-  double const height = 0.5 / std::abs(std::tan(gxRadian(span).value() / 2.0));  // of the centre, in chords
-  center_ = (p1 + p2) * 0.5 + left * (leftOfChord ? height : -height);
-  startAngle_ = (p1 - center_).angle();
-  radius_ = center_.distance(p1);
-  if (!(radius_ > 0.0) || !center_.isFinite())
-    throw gxShapesError::DegenerateShape();
+  gx_ArcSweep const sweep = gx_ArcSweep::of(p1, p2, span);
+  center_ = sweep.center;
+  startAngle_ = sweep.radius.angle();
+  radius_ = sweep.radius.len();
 }
 
 gx2SegmentArc::gx2SegmentArc(gxEllipseArc const &arc)

@@ -24,7 +24,10 @@ using Private = gxSMDGDPolyPrivate;
 class Strokes
 {
  public:
-  Strokes(gxGraphicProps const &props, gxUIScope &scope) : props_(props), scope_(scope) {}
+  Strokes(gxGraphicProps const &props, gxUIScope &scope, gxXform<2> const &image)
+      : props_(props), scope_(scope), image_(image)
+  {
+  }
 
   void line(gxVector<2> const &from, gxVector<2> const &to)
   {
@@ -32,9 +35,17 @@ class Strokes
     if (++size_ == waiting_.size())
       flush();
   }
-  void arc(gx2SegmentArc const &arc, gxXform<2> const &xform)
+  /// The image of an arc.
+  void arc(gx_ArcSweep const &arc)
   {
-    gf_turnChords(arc, gf_chordCount(arc, xform * arc), xform,
+    if (scale_ == 0.0)
+      scale_ = 1.0 / (image_.matrix().inverse() * gxVector<2>(1.0, 0.0)).len();
+    double const radius = arc.radius.len() * scale_;
+    if (!(std::abs(radius - lastRadius_) <= 1e-12 * radius)) {  // fillets often have the same one
+      lastRadius_ = radius;
+      lastChord_ = gf_chordAngle(radius);
+    }
+    gf_turnChords(arc, gf_chordCount(arc.span.value() / lastChord_), image_,
                   [this](gxVector<2> const &p, gxVector<2> const &before) { line(p, before); });
   }
   /// Draws what still waits.
@@ -55,6 +66,9 @@ class Strokes
 
   gxGraphicProps const &props_;
   gxUIScope &scope_;
+  gxXform<2> const &image_;
+  double scale_ = 0.0;  ///< of the radius that is seen at angle 0, once there is one
+  double lastRadius_ = 0.0, lastChord_ = gf_chordAngle(0.0);
   gxLineSeg stroke_;
   std::array<Ends, 32> waiting_;
   std::size_t size_ = 0;
@@ -130,6 +144,17 @@ class Marks
   bool const mirrored_;
 };
 
+/// What is left of an arc that ends at vertex s.
+gx_ArcSweep roundedArc(gxSMDGDPoly const &poly, std::size_t before, std::size_t s)
+{
+  auto const &vertices = gx_PolyFields::vertices(poly);
+  gxVector<2> const from = gx_PolyFields::nextRoundPoints(poly)[before];
+  if (from == vertices[before].point() && gx_PolyFields::prevRoundPoints(poly)[s] == vertices[s].point())
+    return gx_ArcSweep::of(from, vertices[s].point(), vertices[s].segmentAngleSpan());
+  gx2SegmentArc const arc = Private::roundedArcSegment_(poly, static_cast<int>(s));
+  return {arc.center(), from - arc.center(), arc.angleSpan()};
+}
+
 /// The segments in order. The ends of lines are read from the fields. True if a vertex has a radius.
 bool drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unrounded, Strokes &strokes)
 {
@@ -147,9 +172,8 @@ bool drawSegments(gxSMDGDPoly const &poly, gxXform<2> const &xform, bool unround
       strokes.line(xform.mapPoint(unrounded ? vertices[i].point() : starts[i]),
                    xform.mapPoint(unrounded ? vertices[s].point() : ends[s]));
     else
-      strokes.arc(unrounded ? Private::arcSegment_(poly, static_cast<int>(s))
-                            : Private::roundedArcSegment_(poly, static_cast<int>(s)),
-                  xform);
+      strokes.arc(unrounded ? gx_ArcSweep::of(vertices[i].point(), vertices[s].point(), vertices[s].segmentAngleSpan())
+                            : roundedArc(poly, i, s));
   }
   return isRounded;
 }
@@ -165,14 +189,16 @@ void gxGenPoly::drawToScope_(gxXform<2> const &xform, gxGraphicProps const &prop
 {
   checkMap_(xform);
   gxXform<2> const image = xform * xform_;
-  Strokes strokes(props, scope);
+  Strokes strokes(props, scope, image);
   auto const draw = [&] {
     bool const isRounded = drawSegments(poly_, image, props.showVertex(), strokes);
     if (props.arrowHead())
       Marks(poly_, image, strokes).draw();
     for (int v = 0; isRounded && v < numVertices(); ++v)
-      if (hasFillet_(v))
-        strokes.arc(Private::roundedArcVertex_(poly_, v), image);
+      if (auto const at = static_cast<std::size_t>(v); hasFillet_(v))
+        strokes.arc(gx_ArcSweep::of(gx_PolyFields::prevRoundPoints(poly_)[at],
+                                    gx_PolyFields::nextRoundPoints(poly_)[at],
+                                    gxDegree(gx_PolyFields::roundSpans(poly_)[at])));
   };
   ask_([&] {
     try {

@@ -1,9 +1,11 @@
 #include "dispc/wrfm/detail/polypiece.h"
 #include "dispc/wrfm/poly.h"
 #include "dispc/wrfm/polyprivate.h"
+#include "foundation/shapeserror.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 // ---- Segments
 
@@ -108,9 +110,38 @@ gxRect gxSMDGDPolyPrivate::segmentBoundingBox_(gxSMDGDPoly const &poly, int s, g
 
 gxRect gxSMDGDPoly::boundingBox(gxXform<2> const &xform) const
 {
-  gxRect box;
-  visitSegments_([&](int s) { box = box.enclose(gxSMDGDPolyPrivate::segmentBoundingBox_(*this, s, xform)); });
-  return box;
+  if (numSegments() == 0)
+    return {};
+  double left = std::numeric_limits<double>::infinity(), bottom = left, right = -left, top = -left;  // of the lines
+  double wild = 0.0;  // not 0 if a point is not finite
+  auto const add = [&](gxVector<2> const &p) {
+    left = std::min(left, p.x());
+    right = std::max(right, p.x());
+    bottom = std::min(bottom, p.y());
+    top = std::max(top, p.y());
+    wild += (p.x() - p.x()) + (p.y() - p.y());
+  };
+  gxRect ofArcs;
+  std::size_t const n = vertices_.size();
+  gxVector<2> from = xform.mapPoint(vertices_[isOpen_ ? 0 : n - 1].point_);
+  for (std::size_t s = isOpen_, lastLine = n; s < n; ++s) {
+    gxVector<2> const to = xform.mapPoint(vertices_[s].point_);
+    if (isArcSegment_(static_cast<int>(s))) {
+      ofArcs = ofArcs.enclose(gxSMDGDPolyPrivate::segmentBoundingBox_(*this, static_cast<int>(s), xform));
+    } else if (from == to) {
+      throw gxShapesError::DegenerateShape();
+    } else {
+      if (s == 0 || lastLine != s - 1)
+        add(from);
+      add(to);
+      lastLine = s;
+    }
+    from = to;
+  }
+  if (!(left <= right))
+    return ofArcs;
+  gxVector<2> const low(left, bottom), high(right, top);
+  return ofArcs.enclose(wild == 0.0 ? gxRect(low, high - low) : gxRect({wild, wild}, {wild, wild}));
 }
 
 double gxSMDGDPoly::extensionPerimeter_() const

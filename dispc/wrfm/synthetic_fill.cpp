@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 // The insides of outlines in synthetic images.
@@ -130,7 +131,6 @@ class gx_SyntheticFill::Pieces
           !addArc(Private::roundedArcVertex_(poly_, i)))
         return false;
     }
-    std::sort(pieces_.begin(), pieces_.end(), [](Piece const &p, Piece const &q) { return p.first < q.first; });
     return true;
   }
 
@@ -139,22 +139,28 @@ class gx_SyntheticFill::Pieces
   template <class Visit>
   void visitBands(Visit visit)
   {
-    std::vector<std::int32_t> starts;
-    for (Piece const &piece : pieces_) {
-      starts.push_back(piece.first);
-      starts.push_back(piece.last + 1);
+    // The rows where a band begins, and the pieces that do: a chain for each row.
+    std::vector<char> isStart(static_cast<std::size_t>(numRows_) + 1, 0);
+    std::vector<Piece const *> chains(isStart.size(), nullptr);
+    for (Piece &piece : pieces_) {
+      auto const first = static_cast<std::size_t>(piece.first);
+      isStart[first] = isStart[static_cast<std::size_t>(piece.last) + 1] = 1;
+      piece.next = std::exchange(chains[first], &piece);
     }
-    std::sort(starts.begin(), starts.end());
-    starts.erase(std::unique(starts.begin(), starts.end()), starts.end());
+    auto const last = static_cast<std::int32_t>(numRows_);
+    auto const startFrom = [&](std::int32_t row) {
+      auto const from = static_cast<std::size_t>(row);
+      void const *const found = std::memchr(isStart.data() + from, 1, isStart.size() - from);
+      return found ? static_cast<std::int32_t>(static_cast<char const *>(found) - isStart.data()) : last;
+    };
     std::vector<Piece> active;
     std::vector<std::int32_t const *> rows;
-    auto next = pieces_.begin();
-    for (std::size_t i = 1; i < starts.size(); ++i) {
-      std::int32_t const begin = starts[i - 1], end = starts[i];
+    for (std::int32_t begin = startFrom(0), end = 0; begin < last; begin = end) {
+      end = startFrom(begin + 1);
       active.erase(std::remove_if(active.begin(), active.end(), [&](Piece const &p) { return p.last < begin; }),
                    active.end());
-      for (; next != pieces_.end() && next->first == begin; ++next)
-        active.push_back(*next);
+      for (Piece const *p = chains[static_cast<std::size_t>(begin)]; p; p = p->next)
+        active.push_back(*p);
       if (active.empty())
         continue;
       std::size_t const n = static_cast<std::size_t>(end - begin);
@@ -179,6 +185,7 @@ class gx_SyntheticFill::Pieces
   struct Piece {
     std::int32_t first, last;  ///< rows, from the first one of the window
     double middle, x, slope, bow, perRadius;
+    Piece const *next = nullptr;  ///< that begins at the same row
   };
 
   bool isTame(std::vector<gxSMDGDPolyVertex> const &vertices) const

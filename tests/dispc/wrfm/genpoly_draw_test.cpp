@@ -128,6 +128,33 @@ TEST(PolygonStrokes, CoverTheOutline)
   EXPECT_GT(drawn, 100);
 }
 
+// The rule of the chords, with the points of each found by themselves.
+TEST(PolygonStrokes, ChordsStayOnTheirArcHoweverManyThereAre)
+{
+  for (double const radius : {0.03, 1.0, 300.0, 2e4, 1e6})
+    for (double const span : {180.0, -350.0, 90.0, 3.0})
+      for (gxXform<2> const &map : {gxXform<2>(), skewed(-1), gxXform<2>(gxMatrix<2>(0, -2, 2, 0), Point(4, 5))}) {
+        auto const at = [&](double angle) { return Point(10, 20) + Point(radius, gxDegree(angle)); };
+        gxGenPoly polygon;
+        polygon.insertVertex(at(33), 0.0, gxDegree(0));
+        polygon.insertVertex(at(33 + span), 0.0, gxDegree(span));
+        std::vector<gxLineSeg> const strokes = Stage().strokes(polygon.map(map), plain());
+
+        double const across = (map.matrix().inverse() * Point(1, 0)).len();  // where the client angle is 0
+        double const seen = radius / across;
+        double const step =
+            seen > 0.05 ? std::min(5.0, 2 * std::acos(1 - 0.05 / seen) * 180 / 3.14159265358979323846) : 5;
+        auto const n = static_cast<std::size_t>(std::abs(span / step)) + 1;
+        ASSERT_EQ(strokes.size(), n) << radius << ' ' << span;
+        for (std::size_t k = 0; k < n; ++k) {
+          double const bound = 1e-15 * (radius + 30) * (double(k) + 20);
+          ASSERT_LT(strokes[k].end().distance(map * at(33 + span * double(k) / double(n))), bound)
+              << radius << span << k;
+          ASSERT_LT(strokes[k].start().distance(map * at(33 + span * double(k + 1) / double(n))), bound);
+        }
+      }
+}
+
 // A mark: two arms from the middle, a plus on one side and a minus on the other; five strokes behind those of the
 // segments.
 TEST(PolygonStrokes, MarksTellDirectionAndSides)

@@ -76,6 +76,11 @@ std::string sizeOf(gxRect const &box)
   return text;
 }
 
+std::string outlinesOf(gxSMDGDModel const &model)
+{
+  return std::to_string(model.numPolys()) + (model.numPolys() == 1 ? " outline" : " outlines");
+}
+
 void info(Words const &words)
 {
   CommandLine const line(words, {});
@@ -84,10 +89,9 @@ void info(Words const &words)
     Device const device = readDevice(path);
     gxFootprintModels const &m = device.models;
     std::cout << oneLine(path + ": " + device.footprint.name) << '\n'
-              << "  pads: " << m.pads.numPolys() << " outlines, " << sizeOf(m.pads.boundingBox({})) << '\n'
-              << "  body: " << m.body.numPolys() << " outlines, " << sizeOf(bodyBox(m.body)) << '\n'
-              << "  courtyard: " << m.courtyard.numPolys() << " outlines, " << sizeOf(m.courtyard.boundingBox({}))
-              << '\n';
+              << "  pads: " << outlinesOf(m.pads) << ", " << sizeOf(m.pads.boundingBox({})) << '\n'
+              << "  body: " << outlinesOf(m.body) << ", " << sizeOf(bodyBox(m.body)) << '\n'
+              << "  courtyard: " << outlinesOf(m.courtyard) << ", " << sizeOf(m.courtyard.boundingBox({})) << '\n';
     std::string layers;
     for (std::string const &layer : drawnLayers(device.footprint))
       layers += (layers.empty() ? "" : ", ") + layer;

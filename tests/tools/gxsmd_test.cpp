@@ -168,7 +168,7 @@ TEST_F(Gxsmd, PicturesAndStoredModels)
   archive.flush();
   write("frame", alone.str());
   EXPECT_EQ(run("info frame"), 0) << err;
-  EXPECT_THAT(out, HasSubstr("pads: 1 outlines, 3 x 1 mm"));
+  EXPECT_THAT(out, HasSubstr("pads: 1 outline, 3 x 1 mm"));
   std::string const stored = contentOf(folder / "chip.models");
   for (std::size_t const size : {stored.size() / 4, stored.size() / 2, stored.size() - 1}) {
     write("short", stored.substr(0, size));

@@ -210,10 +210,7 @@ TEST(Sketch, MarkPassesThroughAnArchive)
 {
   std::ostringstream os;
   gxUISketchMark mark = markAt(0x01020304);
-  {
-    gxStoringArchive out(os);
-    out || mark;
-  }
+  gxStoringArchive(os) || mark;
   std::istringstream is(os.str());
   gxLoadingArchive in(is);
   gxUISketchMark loaded;

@@ -16,11 +16,9 @@ TEST_F(Archive, TheFirstFormatKeepsItsBytes)
 {
   Nodes const shared = node(0x01020304);
   Nodes const root = node(-2, {shared, nullptr, shared});
-  {
-    gxStoringArchive out(stream);
-    out << true << (signed char)(-1) << (unsigned char)(200) << (unsigned short)(0x0102) << int(-3) << long(7)
-        << (unsigned long)(0xfffffffe) << 1.5f << -2.0 << std::string("ab") << gxPair<long>(1, -1) << root << shared;
-  }
+  gxStoringArchive(stream) << true << (signed char)(-1) << (unsigned char)(200) << (unsigned short)(0x0102) << int(-3)
+                           << long(7) << (unsigned long)(0xfffffffe) << 1.5f << -2.0 << std::string("ab")
+                           << gxPair<long>(1, -1) << root << shared;
   EXPECT_EQ(hex(stream.str()),
             "67786172"          // magic word
             "01000000"          // format 1
@@ -135,10 +133,8 @@ TEST_F(Archive, PlainValuesTakeTheirNumbersAndNoMore)
 {
   gxXform<2> const xform(gxMatrix<2>(1, 2, 3, 4), gxVector<2>(5, 6));
   gx2Rigid const rigid(gxDegree(30), gxVector<2>(1, 2));
-  {
-    gxStoringArchive out(stream);
-    out << gxPair<long>(-5, 7) << gxPair<double>(0.5, -0.0) << xform << rigid << gxRadian(1.25) << gxDegree(-90);
-  }
+  gxStoringArchive(stream) << gxPair<long>(-5, 7) << gxPair<double>(0.5, -0.0) << xform << rigid << gxRadian(1.25)
+                           << gxDegree(-90);
   EXPECT_EQ(stream.str().size(), 8u + 8 + 16 + 48 + 24 + 8 + 8);
   gxLoadingArchive in(stream);
   gxPair<long> pels;
@@ -177,10 +173,7 @@ TEST_F(Archive, EachLimitIsNamed)
   Nodes deep = node(0);
   for (long i = 1; i < 10; ++i)
     deep = node(i, {deep});
-  {
-    gxStoringArchive out(stream);
-    out << std::string("four") << deep;
-  }
+  gxStoringArchive(stream) << std::string("four") << deep;
   std::string const whole = stream.str();
   auto const load = [&](gxArchive::Limits const &limits) {
     return messageOf([&] {

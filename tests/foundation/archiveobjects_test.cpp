@@ -68,10 +68,7 @@ TEST_F(Archive, RingsLoad)
   Nodes const a = node(1);
   Nodes const b = node(2, {a});
   a->links = {b, a};
-  {
-    gxStoringArchive out(stream);
-    out << a;
-  }
+  gxStoringArchive(stream) << a;
   a->links.clear();
   Nodes ring;
   gxLoadingArchive(stream) || ring;
@@ -225,10 +222,7 @@ TEST_F(Archive, ASetterInsideTheRoutineLeavesTheIdentity)
   Node::setsWhileLoading = true;
   Nodes const a = node(1);
   a->links = {a};
-  {
-    gxStoringArchive out(stream);
-    out << a << a;
-  }
+  gxStoringArchive(stream) << a << a;
   a->links.clear();
   Nodes b, c;
   gxLoadingArchive(stream) || b || c;
@@ -267,10 +261,7 @@ TEST_F(Archive, TemporariesInsideAnObjectPassEachTime)
       EXPECT_EQ(inner.id(), id);
     }
   };
-  {
-    gxStoringArchive out(stream);
-    out << *outer;
-  }
+  gxStoringArchive(stream) << *outer;
   gxLoadingArchive(stream) || *outer;
 }
 
@@ -346,10 +337,7 @@ TEST_F(Archive, AnArchiveInsideARoutineLeavesNoTrace)
     innerStream.str("junk");
     EXPECT_THROW(gxLoadingArchive{innerStream}, gxArchive::Errors);
   };
-  {
-    gxStoringArchive out(stream);
-    out << outer << outer->links[0];
-  }
+  gxStoringArchive(stream) << outer << outer->links[0];
   Nodes a, b;
   gxLoadingArchive(stream) || a || b;
   EXPECT_EQ(a->links[0], b);

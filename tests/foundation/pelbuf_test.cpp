@@ -345,10 +345,7 @@ TEST(PelRoot, IsNotLoadedOverPelsInUse)
 {
   Buffer8 const b(3, 3);
   std::ostringstream os;
-  {
-    gxStoringArchive archive(os);
-    archive || *const_cast<gx_PelRoot *>(b.rep());
-  }
+  gxStoringArchive(os) || *const_cast<gx_PelRoot *>(b.rep());
   std::istringstream is(os.str());
   gxLoadingArchive archive(is);
   EXPECT_THROW(archive || *const_cast<gx_PelRoot *>(b.rep()), gxArchive::Errors);

@@ -217,6 +217,15 @@ TEST_F(Gxsmd, FilesThatCannotBeRead)
   EXPECT_THAT(out, HasSubstr("bad/empty: Is a directory; name a file, or for check a folder with footprints"));
   EXPECT_THAT(out, HasSubstr("\n17 files: 14 not read, 2 with faults, 1 sound\n"));
   EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 17) << out;
+  if (geteuid() != 0) {  // root may read all of it
+    namespace fs = std::filesystem;
+    fs::permissions(folder / "bad/zero.kicad_mod", fs::perms::none);
+    fs::permissions(folder / "bad/empty", fs::perms::none);
+    EXPECT_EQ(run("check bad"), 1);
+    fs::permissions(folder / "bad/empty", fs::perms::owner_all);
+    EXPECT_THAT(out, HasSubstr("bad/zero.kicad_mod: Permission denied; "));
+    EXPECT_THAT(out, HasSubstr("bad/empty: Permission denied; "));
+  }
   for (char const *const command : {"info bad/cut.kicad_mod", "synth bad/cut.kicad_mod x.ppm",
                                     "store bad/cut.kicad_mod x", "render bad/cut.kicad_mod x.ppm"}) {
     EXPECT_EQ(run(command), 1);

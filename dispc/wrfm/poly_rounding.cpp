@@ -65,11 +65,13 @@ bool gxSMDGDPoly::hasNoRest_(int s) const
   if (!hasFillet_(before) && !hasFillet_(s))
     return false;
   gxVector<2> const a = nextRoundPoints_[vertexAt_(before, false)], b = prevRoundPoints_[vertexAt_(s, false)];
-  gxVector<2> const from = vertexPoint_(before), to = vertexPoint_(s);
+  gxVector<2> const from = vertexPoint_(before), to = vertexPoint_(s), rest = b - a, whole = to - from;
+  if (rest * rest > kUsedUpPart * kUsedUpPart * (whole * whole))
+    return false;
   double const chord = from.distance(to), sine = std::sin(gxRadian(segmentAngleSpan_(s)).value() / 2.0);
   double const radius = isArcSegment_(s) ? 0.5 * chord / std::abs(sine) : 0.0;
   double const tolerance = std::min(kUsedUpTolerance * (reach(from) + reach(to) + radius), kUsedUpPart * chord);
-  return a.distance(b) <= tolerance;
+  return rest.len() <= tolerance;
 }
 
 // ---- Slides

@@ -3,6 +3,8 @@
 #include "dispc/wrfm/polyprivate.h"
 #include "foundation/shapeserror.h"
 
+#include <cmath>
+
 bool gxSMDGDPoly::claimsTooMuch_(int before, int after) const
 {
   return percentNextSegment_(before) + percentPrevSegment_(after) > 1.0;
@@ -92,10 +94,11 @@ void gxSMDGDPoly::validateReplacement_(int i)
   }
   for (int const v : filletsAround_(i)) {
     checkFillet_(v);
-    for (int const s : {previousSegmentIndex_(v), nextSegmentIndex_(v)})
-      if (s != -1)
-        checkRest_(s);
+    if (previousSegmentIndex_(v) != -1)
+      checkRest_(v);
   }
+  if (int const behind = nextSegmentIndex_(q); behind != -1)
+    checkRest_(behind);
 }
 
 void gxSMDGDPoly::validateDeletion_(int i)
@@ -117,11 +120,18 @@ void gxSMDGDPoly::validateClose_()
 
 void gxSMDGDPoly::checkFillet_(int v) const
 {
-  if (hasFillet_(v))
+  constexpr double small = 1e-9;  // of the coordinates: above it there is no doubt
+  if (!hasFillet_(v))
+    return;
+  auto const at = static_cast<std::size_t>(v);
+  gxVector<2> const chord = nextRoundPoints_[at] - prevRoundPoints_[at], p = vertexPoint_(v);
+  bool const isLarge = chord * chord > small * small * (p * p) && std::abs(roundSpans_[at]) > small;
+  if (!isLarge)
     gxSMDGDPolyPrivate::roundedArcVertex_(*this, v);
 }
 
-// Only what is cut back: a whole segment is looked at by its dimension.
+// Only what is cut back: a whole segment is looked at by its dimension. The ends of an arc of up to half a turn move
+// towards each other, and so the rest has a span while they do not meet.
 void gxSMDGDPoly::checkRest_(int s) const
 {
   if (!hasFillet_(previousVertexIndex_(s)) && !hasFillet_(s))
@@ -130,7 +140,7 @@ void gxSMDGDPoly::checkRest_(int s) const
     return;
   if (hasNoRest_(s))
     throw gxShapesError::DegenerateShape();
-  if (isArcSegment_(s))
+  if (std::abs(segmentAngleSpan_(s).value()) > 180.0 && isArcSegment_(s))
     gxSMDGDPolyPrivate::roundedArcSegment_(*this, s);
 }
 

@@ -4,12 +4,12 @@
 #include "tools/gxsmd/device.h"
 #include "tools/gxsmd/pose.h"
 #include "tools/support/errors.h"
+#include "tools/support/output.h"
 #include "tools/support/picture.h"
 #include "tools/support/render.h"
 
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 
 namespace
@@ -58,13 +58,13 @@ void print(Device const &device, gxEdgeReport const &report)
 
 void writeTable(std::string const &path, Device const &device, gxEdgeReport const &report)
 {
-  std::ofstream os(path);
+  OutputFile file(path);
+  std::ostream &os = file.stream();
   os << "outline,segment,vertex,looked,found,mean,spread,worst\n";
   for (gxSegmentEdges const &s : report.segments)
     os << quotedField(nameOf(device, s)) << ',' << kindOf(s) << ',' << s.vertex << ',' << s.looked << ','
        << s.points.size() << ',' << s.mean() << ',' << s.spread() << ',' << s.worst() << '\n';
-  if (!os.flush())
-    throw FileError(path + ": cannot be written");
+  file.finish();
 }
 
 /// The image, 4 times as large, the outlines where the pose puts them, and the offsets 40 times as long as they are.

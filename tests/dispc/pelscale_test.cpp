@@ -136,20 +136,6 @@ TYPED_TEST(PelExpand, IsReplicationInBlocks)
   }
 }
 
-TYPED_TEST(PelExpand, CutsTheFirstBlocks)
-{
-  gxPelBuffer<TypeParam> src(2, 1);
-  TypeParam const a = pelOf<TypeParam>(7), b = pelOf<TypeParam>(9), zero = pelOf<TypeParam>(0);
-  src.put(0, 0, a);
-  src.put(1, 0, b);
-  gxPelBuffer<TypeParam> dst;
-  Tools::pelExpand(src, dst, 3, 1, gxUIRect(0, 0, 100, 100), gxPair<long>(-2, 5));
-  TypeParam const expected[6] = {a, b, b, b, zero, zero};  // what the cut leaves is cleared
-  ASSERT_EQ(dst.size(), gxPair<long>(6, 1));
-  for (long x = 0; x < 6; ++x)
-    EXPECT_TRUE(dst.get(x, 0) == expected[x]) << x;
-}
-
 /// Scaling without interpolation, in the terms of the rules: rectangles, the inverted map, phases, the table.
 template <class T>
 gxPelBuffer<T> scalePlainly(gxPelBuffer_const<T> const &src, double scale, gxUIRect const &clip,

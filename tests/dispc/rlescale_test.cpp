@@ -259,60 +259,6 @@ TEST(RunExpand, ShowsABlockForEachPelAndHoldsLittleBeyondTheScope)
   }
 }
 
-/// The runs of one row by the rule: the sub-window's, each times k, the first less the cut.
-Row expandedRow(Row const &row, long k, long cut, long edge)
-{
-  Row result;
-  long pels = 0;
-  for (gxRLEBufferRun run : row) {
-    long length = run.length * k - std::exchange(cut, 0);
-    for (; length > 0 && pels <= edge; length -= 255, pels += result.back().length)
-      result.push_back({run.value, static_cast<unsigned char>(std::min(length, 255L))});
-  }
-  return result;
-}
-
-TEST(RunExpand, CutsAndRepeatsRowsByTheRules)
-{
-  std::mt19937 random(23);
-  auto upTo = [&](long n) { return static_cast<long>(random() % (n + 1)); };
-  for (int n = 0; n < 1000; ++n) {
-    long const k = 1 + upTo(8);
-    gxPair<long> const extent(1 + upTo(600), 1 + upTo(60)), at(upTo(400) - 300, upTo(60) - 40);
-    gxRLEBuffer const buffer = randomRuns(random, 1 + upTo(200), 1 + upTo(20), 1 + upTo(254), ragged);
-    RunScope scope(extent);
-    scope.expand(buffer, gxPoint(gxVector<2>(at)), plainMap, gxPair<long>(k, k), true, 3);
-
-    struct Side {
-      Side(long start, long k, long size, long extent)
-          : skip(start < 0 ? -start / k : 0), cut(start < 0 ? -start % k : 0)
-      {
-        long const edge = cut ? -k : std::max(start, 0L);
-        kept = std::min(size - skip, (extent - edge + k - 1) / k);
-        draw = cut ? 0 : edge;
-      }
-      long skip, cut, kept, draw;
-    };
-    Side const x(at.x(), k, buffer.width(), extent.x()), y(at.y(), k, buffer.height(), extent.y());
-    if (x.kept < 1 || y.kept < 1) {
-      ASSERT_EQ(scope.said(), "");
-      continue;
-    }
-    gxRLEBuffer part = buffer;
-    if (x.skip || y.skip || x.kept != buffer.width() || y.kept != buffer.height())
-      part = buffer.subWindow(gxPelRect(buffer.offset().x() + x.skip, buffer.offset().y() + y.skip, x.kept, y.kept));
-    Rows expected;
-    std::size_t const height = std::min(extent.y(), y.kept * k - y.cut);
-    for (Row const &row : rowsOf(part))
-      for (long i = expected.empty() ? y.cut : 0; i < k && expected.size() < height; ++i)
-        expected.push_back(expandedRow(row, k, x.cut, extent.x() - x.draw));
-    ASSERT_EQ(scope.said(), "draw");
-    ASSERT_EQ(rowsOf(scope.runs), expected) << "case " << n << ": " << buffer.size() << " by " << k << " at " << at;
-    ASSERT_EQ(scope.runs.width(), x.kept * k);
-    ASSERT_EQ(scope.point, gxPoint(gxVector<2>(gxPair<long>(x.draw, y.draw))));
-  }
-}
-
 TEST(RunScale, FactorsThatAreNotWholeGoByPels)
 {
   std::mt19937 random(24);

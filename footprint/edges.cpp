@@ -95,9 +95,6 @@ struct Measured {
 
 std::vector<Measured> tracksOf(gxSMDGDPoly const &poly, bool isBody, int outline, gxXform<2> const &pose)
 {
-  // Growing angles go clockwise as they are seen, so what an outline of that direction has to its left lies outside.
-  bool const isClockwise = poly.isDirectionPositive() != poly.isDirectionReversed();
-  double const side = isClockwise == (pose.matrix().det() > 0.0) ? 1.0 : -1.0;
   std::vector<Measured> tracks;
   for (int v = 0; v < poly.numVertices(); ++v) {
     auto const add = [&](auto const &segment, gxSegmentEdges::Kind kind) {
@@ -106,7 +103,7 @@ std::vector<Measured> tracksOf(gxSMDGDPoly const &poly, bool isBody, int outline
       edges.outline = outline;
       edges.vertex = v;
       edges.kind = kind;
-      tracks.push_back({gx_EdgeTrack(segment, pose, side), std::move(edges)});
+      tracks.push_back({gx_EdgeTrack(segment, pose), std::move(edges)});
     };
     if (P::isLineSegment_(poly, v))
       add(P::roundedLineSegment_(poly, v), gxSegmentEdges::line);
@@ -115,6 +112,14 @@ std::vector<Measured> tracksOf(gxSMDGDPoly const &poly, bool isBody, int outline
     if (P::vertexIsRounded_(poly, v))
       add(P::roundedArcVertex_(poly, v), gxSegmentEdges::fillet);
   }
+  // Growing angles go clockwise as they are seen, y down; what lies to the left is outside then.
+  gxVector<2> const place = tracks.front().track.at(0.0).at;
+  double area = 0.0;
+  for (Measured const &m : tracks)
+    area += m.track.areaAbout(place);
+  if (area < 0.0)
+    for (Measured &m : tracks)
+      m.track.outsideIsRight();
   return tracks;
 }
 

@@ -22,7 +22,7 @@ struct GX_API gxEdgeSearch {
 /// Where the picture has an edge, against where an outline puts it.
 struct GX_API gxEdgePoint {
   gxVector<2> place;    ///< on the outline, in pels
-  gxVector<2> outward;  ///< of length 1; for an open outline to the left of its way as it is seen
+  gxVector<2> outward;  ///< of length 1
   double offset = 0.0;  ///< pels along it to the edge
 };
 
@@ -44,8 +44,9 @@ struct GX_API gxSegmentEdges {
 
 /// What gfMeasureEdges() has found.
 struct GX_API gxEdgeReport {
-  std::vector<gxSegmentEdges>
-      segments;  ///< in the order of the outlines; those too short to be measured looked 0 times
+  /// Of the closed outlines, in their order, pads first. Along those that are too short or hidden, no place was looked
+  /// at.
+  std::vector<gxSegmentEdges> segments;
 
   int looked() const;
   int found() const;

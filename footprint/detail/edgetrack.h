@@ -15,19 +15,27 @@ class gx_EdgeTrack
     gxVector<2> at, outward;
   };
 
-  gx_EdgeTrack(gx2SegmentLine const &line, gxXform<2> const &pose, double side)
-      : gx_EdgeTrack(pose.mapPoint(line.p1()), pose.mapPoint(line.p2()), side)
+  gx_EdgeTrack(gx2SegmentLine const &line, gxXform<2> const &pose)
+      : gx_EdgeTrack(pose.mapPoint(line.p1()), pose.mapPoint(line.p2()))
   {
   }
   /// An arc that is seen as one: the pose must not distort.
-  gx_EdgeTrack(gx2SegmentArc const &arc, gxXform<2> const &pose, double side)
-      : gx_EdgeTrack(pose.mapPoint(arc.p1()), pose.mapPoint(arc.p2()), side)
+  gx_EdgeTrack(gx2SegmentArc const &arc, gxXform<2> const &pose)
+      : gx_EdgeTrack(pose.mapPoint(arc.p1()), pose.mapPoint(arc.p2()))
   {
     center_ = pose.mapPoint(arc.center());
     span_ = gxRadian(arc.angleSpan()).value() * (pose.matrix().det() < 0.0 ? -1.0 : 1.0);
     radius_ = center_.distance(start_);
     length_ = radius_ * std::abs(span_);
   }
+
+  /// What a line from a place to the track passes over on its way, twice; above 0 for growing angles.
+  double areaAbout(gxVector<2> const &place) const
+  {
+    return (start_ - place).cross(end_ - place) + radius_ * radius_ * (span_ - std::sin(span_));
+  }
+  /// Before this, what is to the left of the way as it is seen counts as outside.
+  void outsideIsRight() { side_ = -1.0; }
 
   double length() const { return length_; }
   /// Whether it turns more closely than in a circle of this radius.
@@ -47,8 +55,8 @@ class gx_EdgeTrack
   }
 
  private:
-  gx_EdgeTrack(gxVector<2> const &start, gxVector<2> const &end, double side)
-      : start_(start), end_(end), side_(side), length_(start.distance(end))
+  gx_EdgeTrack(gxVector<2> const &start, gxVector<2> const &end)
+      : start_(start), end_(end), length_(start.distance(end))
   {
   }
 
@@ -66,6 +74,6 @@ class gx_EdgeTrack
   }
 
   gxVector<2> start_, end_, center_;
-  double side_;  ///< 1 if what is to the left of the way as it is seen lies outside, else -1
+  double side_ = 1.0;  ///< -1 if what is to the left of the way as it is seen lies inside
   double length_, span_ = 0.0, radius_ = 0.0;
 };

@@ -1,4 +1,5 @@
 #include "footprint/edges.h"
+#include "dispc/wrfm/polyprivate.h"
 #include "footprint/camera.h"
 #include "foundation/matherror.h"
 #include "foundation/pelerror.h"
@@ -28,7 +29,9 @@ gxFootprintModels device()
     (fp_line (start -0.9 0) (end 0.9 0) (layer F.Fab) (width 0.1))
     (pad 1 smd roundrect (at -1.1 0) (size 1 1.6) (layers F.Cu) (roundrect_rratio 0.25))
     (pad 2 smd oval (at 1.1 0) (size 1.2 0.9) (layers F.Cu))
-    (pad 3 smd circle (at 0 1.4) (size 0.7 0.7) (layers F.Cu))))"));
+    (pad 3 smd circle (at 0 1.4) (size 0.7 0.7) (layers F.Cu))
+    (pad 4 smd custom (at 0 -1.3) (size 0.6 0.5) (layers F.Cu)
+      (primitives (gr_poly (pts (xy 0.8 -0.4) (arc (start 0.8 -0.4) (mid 1.2 0) (end 0.8 0.4)) (xy 0.6 0))))) ))"));
 }
 
 gxXform<2> pose(double x, double y, double degrees, double scale = 40.0)
@@ -125,6 +128,10 @@ TEST(Edges, LieWhereTheyAre)
     int fillets = 0, arcs = 0;
     for (gxSegmentEdges const &s : report.segments) {
       EXPECT_LT(std::abs(s.mean()), 0.012) << degrees << ' ' << s.outline << ' ' << s.vertex;
+      gxSMDGDPoly const &poly = (s.isBody ? models.body : models.pads).poly(s.outline);
+      for (gxEdgePoint const &p : s.points)
+        for (double const step : {-0.5, 0.5})
+          EXPECT_EQ(gxSMDGDPolyPrivate::inside(poly, at.invMapPoint(p.place + p.outward * step)), step < 0) << degrees;
       fillets += s.kind == gxSegmentEdges::fillet && !s.points.empty();
       arcs += s.kind == gxSegmentEdges::arc && !s.points.empty();
     }

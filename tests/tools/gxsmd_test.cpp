@@ -77,6 +77,7 @@ TEST_F(Gxsmd, CommandLinesAndFilesThatMakeNoSense)
            {"synth close.kicad_mod x.ppm --at 5", 2, "'5' is no pose"},
            {"synth open.kicad_mod x.ppm --shading 2", 2, "too large a part"},
            {"measure x.ppm open.kicad_mod", 2, "--pose"},
+           {"measure x.ppm open.kicad_mod --pose 1,2 --scale 1e300", 2, "--scale is from"},
            {"measure none.ppm open.kicad_mod --pose 1,2", 1, "none.ppm: "},
            {"measure open.kicad_mod open.kicad_mod --pose 1,2", 1, "open.kicad_mod: "},
            {"measure x.ppm open.kicad_mod --pose 1,2 --reach 90", 2, "--reach is from 2 to 50"},

@@ -50,6 +50,8 @@ void print(Device const &device, gxEdgeReport const &report)
       printRow(nameOf(device, s), kindOf(s) + (' ' + std::to_string(s.vertex)), s.looked,
                static_cast<int>(s.points.size()), s.mean(), s.spread(), s.worst());
   printRow("all", "", report.looked(), report.found(), report.mean(), report.spread(), report.worst());
+  if (report.found() == 0)
+    return;
   char pose[160];
   std::snprintf(pose, sizeof pose, "the pose is off by (%.3f, %.3f) pels and %.3f degrees\n", report.poseShift.x(),
                 report.poseShift.y(), report.poseTurn.value());

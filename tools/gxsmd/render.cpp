@@ -13,7 +13,10 @@
 double scaleOf(CommandLine const &line)
 {
   std::string const *const text = line.option("--scale");
-  return text ? scaleIn(*text) : 40.0;
+  double const scale = text ? scaleIn(*text) : 40.0;
+  if (scale < 1e-3 || scale > 1e6)
+    throw UsageError("--scale is from 0.001 to 1000000 pels per millimetre");
+  return scale;
 }
 
 namespace

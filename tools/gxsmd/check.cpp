@@ -1,3 +1,4 @@
+#include "foundation/exception.h"
 #include "tools/gxsmd/commands.h"
 #include "tools/gxsmd/device.h"
 #include "tools/gxsmd/report.h"
@@ -93,6 +94,11 @@ class Sweep
       ++counts_.refused;
       found.emplace_back();
       found.back().text = std::string(e.what()).substr(path.size() + 2);
+    } catch (gxException const &e) {  // of outlines that cannot be compared; the sweep goes on
+      ++counts_.faulty;
+      found.emplace_back();
+      found.back().kind = Finding::refused;
+      found.back().text = e.message();
     }
     if (!found.empty())
       tell(path, device ? &*device : nullptr, found, progress);

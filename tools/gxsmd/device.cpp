@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -77,6 +78,9 @@ std::string contentOf(std::string const &path)
   std::error_code unknown;
   std::ifstream is(path, std::ios::binary);
   auto const size = fs::file_size(path, unknown);
+  constexpr std::uintmax_t most = 1UL << 28;
+  if (!unknown && size > most)
+    throw FileError(path + ": it is larger than 256 MB; give a footprint, or models that were stored");
   std::string text(unknown ? 4096 : static_cast<std::size_t>(size) + 1, '\0');  // one more, so that the end is met
   std::size_t read = 0;
   while (is.read(text.data() + read, static_cast<std::streamsize>(text.size() - read))) {

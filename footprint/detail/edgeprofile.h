@@ -3,6 +3,7 @@
 #include "footprint/detail/edgetrack.h"
 #include "footprint/edges.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -29,7 +30,8 @@ class gx_EdgePicture
   double operator()(gxVector<2> const &p) const;
 
  private:
-  static long clamped(double v, long size) { return std::clamp(static_cast<long>(v), 0L, size - 1); }
+  /// 0 for what is no number.
+  static long clamped(double v, long size) { return v > 0.0 ? static_cast<long>(std::min(v, double(size - 1))) : 0L; }
 
   gxPelRect const window_;
   long const width_, height_;

@@ -22,7 +22,6 @@ void tell(bool holds, std::string const &what)
 }
 
 constexpr gxPair<long> size(320, 240);
-constexpr auto image = gxUITablet::image;
 constexpr auto overlay = gxUITablet::overlay;
 
 /// What a camera would give: a bright disk on a dark board.

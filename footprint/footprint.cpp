@@ -364,10 +364,10 @@ class Reader
 
 gxFootprint gxFootprint::read(std::string_view text)
 {
-  if (text.size() > mostBytes)
-    throw gxFootprintError("the text is longer than " + std::to_string(mostBytes >> 20) + " MB");
   gxFootprint footprint;
   gxSexprReader in(text);
+  if (text.size() > mostBytes)
+    in.fail("the text is longer than " + std::to_string(mostBytes >> 20) + " MB");
   Reader(in, footprint).read();
   return footprint;
 }

@@ -3,6 +3,7 @@
 #include "dispc/wrfm/arc.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -39,6 +40,24 @@ Vertices oval(Point const &size)
   return stadium(end * -1.0, end, std::min(x, y));
 }
 
+/// A corner of a pad, and the ways from it along the sides before and behind.
+struct PadCorner {
+  Point at, before, behind;
+  bool isCut;
+};
+
+/// Whether fillets find room: each has half of a side.
+bool canBeFillets(std::array<PadCorner, 4> const &corners, double radius, double cut)
+{
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    PadCorner const &a = corners[i], &b = corners[(i + 1) % corners.size()];
+    double const left = a.at.distance(b.at) - cut * (double(a.isCut) + double(b.isCut));
+    if (!(a.isCut && b.isCut) && !(2.0 * radius < left * (1.0 - 1e-9)))
+      return false;
+  }
+  return true;
+}
+
 /// With rounded and cut corners, from top left to bottom left.
 Vertices cornered(Pad const &pad)
 {
@@ -48,26 +67,28 @@ Vertices cornered(Pad const &pad)
   bool const isCut = cut > 0.0 && std::any_of(pad.chamfer.begin(), pad.chamfer.end(), [](bool c) { return c; });
   if (!isCut && radius == shorter / 2.0)
     return oval(pad.size);
+  std::array<PadCorner, 4> const corners = {{{{-x, -y}, {0, 1}, {1, 0}, isCut && pad.chamfer[0]},
+                                             {{x, -y}, {-1, 0}, {0, 1}, isCut && pad.chamfer[1]},
+                                             {{x, y}, {0, -1}, {-1, 0}, isCut && pad.chamfer[3]},
+                                             {{-x, y}, {1, 0}, {0, -1}, isCut && pad.chamfer[2]}}};
+  bool const fillets = radius == 0.0 || canBeFillets(corners, radius, cut);
   Vertices vertices;
   vertices.reserve(8);
-  auto const add = [&](Point const &p, double r) {  // two cuts may meet in the middle of a side
-    if (vertices.empty() || !(p == vertices.back().point()))
-      vertices.push_back(vertexOf(p, 0.0, r));
+  auto const add = [&](gxSMDGDPolyVertex const &v) {  // two corners may meet in the middle of a side
+    if (vertices.empty() || v.point().distance(vertices.back().point()) > 1e-9 * shorter)
+      vertices.push_back(v);
   };
-  auto const corner = [&](bool chamfered, Point const &at, Point const &before, Point const &behind) {
-    if (isCut && chamfered) {
-      add(at + before * cut, 0.0);
-      add(at + behind * cut, 0.0);
-    } else {
-      add(at, radius);
+  for (PadCorner const &c : corners) {
+    if (!c.isCut && fillets) {
+      add(vertexOf(c.at, 0.0, radius));
+      continue;
     }
-  };
-  corner(pad.chamfer[0], {-x, -y}, {0, 1}, {1, 0});
-  corner(pad.chamfer[1], {x, -y}, {-1, 0}, {0, 1});
-  corner(pad.chamfer[3], {x, y}, {0, -1}, {-1, 0});
-  corner(pad.chamfer[2], {-x, y}, {1, 0}, {0, -1});
-  if (vertices.size() > 1 && vertices.front().point() == vertices.back().point())
-    vertices.pop_back();
+    double const away = c.isCut ? cut : radius;
+    add(vertexOf(c.at + c.before * away));
+    add(vertexOf(c.at + c.behind * away, c.isCut ? 0.0 : 90.0));
+  }
+  if (vertices.size() > 1 && vertices.front().point().distance(vertices.back().point()) <= 1e-9 * shorter)
+    vertices.erase(vertices.begin());
   return vertices;
 }
 

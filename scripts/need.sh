@@ -58,3 +58,8 @@ need() {
     exit 2
   fi
 }
+
+# want PACKAGE WHAT: the same for what can be done without; WHAT tells what is left out then.
+want() {
+  (need "$1") || say "$1 is not there, and cannot be installed: $2"
+}
